@@ -1,0 +1,34 @@
+#ifndef OD_DB_BLOCK_TABLE_H
+#define OD_DB_BLOCK_TABLE_H
+
+#include "DbSymbolTable.h"
+#include "Ge/GePoint3d.h"
+
+class OdDbEntity;
+
+/// A block: the container of entities. Model space and paper space are block records.
+class OdDbBlockTableRecord : public OdDbSymbolTableRecord {
+  ODRX_DECLARE_MEMBERS(OdDbBlockTableRecord);
+  OdDbBlockTableRecord() = default;
+
+  /// Adds a free-standing entity to the block's database and to the block. Throws
+  /// OdError(eNotInDatabase) when the block is not resident, OdError(eAlreadyInDb) for a
+  /// resident entity.
+  OdDbObjectId appendOdDbEntity(OdDbEntity* entity);
+  /// The block's entities, erased ones left out, in the order they were added.
+  OdDbObjectIdArray entityIds() const;
+  OdGePoint3d origin() const;
+  void setOrigin(const OdGePoint3d& origin);
+
+  OdResult dwgInFields(OdDbDwgFiler* filer) override;
+  void dwgOutFields(OdDbDwgFiler* filer) const override;
+
+private:
+  OdDbObjectIdArray m_entities;
+  OdGePoint3d m_origin;
+};
+typedef OdSmartPtr<OdDbBlockTableRecord> OdDbBlockTableRecordPtr;
+
+ODDB_DECLARE_SYMBOL_TABLE(OdDbBlockTable)
+
+#endif

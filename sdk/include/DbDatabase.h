@@ -1,0 +1,81 @@
+#ifndef OD_DB_DATABASE_H
+#define OD_DB_DATABASE_H
+
+/// A drawing: its objects by id and handle, the symbol tables, model and paper space, and the
+/// system variables that new entities take their properties from.
+
+#include "CmColor.h"
+#include "DbLineWeight.h"
+#include "DbObject.h"
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+class OdDbDatabase : public OdRxObject {
+  ODRX_DECLARE_MEMBERS(OdDbDatabase);
+
+  /// A new drawing holds layer "0"; linetypes "ByBlock", "ByLayer" and "Continuous"; the
+  /// block records "*Model_Space" and "*Paper_Space".
+  OdDbDatabase();
+  ~OdDbDatabase() override;
+
+  /// Makes a free-standing object resident under a new handle (or the given one, which must be
+  /// unused: OdError(eHandleInUse)). Throws OdError(eAlreadyInDb) for a resident object. The
+  /// object stays open for write while the caller holds it.
+  OdDbObjectId addOdDbObject(OdDbObject* object, OdDbObjectId ownerId = OdDbObjectId::kNull,
+                             OdDbHandle handle = OdDbHandle());
+  /// The id of a handle; with createIfNotFound an id without an object is made for a handle not
+  /// seen yet (a forward reference while reading), otherwise null.
+  OdDbObjectId getOdDbObjectId(const OdDbHandle& handle, bool createIfNotFound = false);
+  /// The next handle to be given out.
+  OdDbHandle handseed() const { return m_handseed; }
+  /// Number of objects in the database (erased ones included).
+  unsigned numObjects() const;
+
+  OdDbObjectId getLayerTableId() const { return m_layerTableId; }
+  OdDbObjectId getLinetypeTableId() const { return m_linetypeTableId; }
+  OdDbObjectId getBlockTableId() const { return m_blockTableId; }
+  OdDbObjectId getModelSpaceId() const { return m_modelSpaceId; }
+  OdDbObjectId getPaperSpaceId() const { return m_paperSpaceId; }
+  OdDbObjectId getLayerZeroId() const { return m_layerZeroId; }
+  OdDbObjectId getLinetypeByLayerId() const { return m_linetypeByLayerId; }
+  OdDbObjectId getLinetypeByBlockId() const { return m_linetypeByBlockId; }
+  OdDbObjectId getLinetypeContinuousId() const { return m_linetypeContinuousId; }
+
+  // System variables for new entities.
+  OdCmColor getCECOLOR() const { return m_cecolor; }
+  void setCECOLOR(const OdCmColor& color) { m_cecolor = color; }
+  OdDbObjectId getCLAYER() const { return m_clayer; }
+  /// Throws OdError(eWrongObjectType) for an id that is not a layer of this database.
+  void setCLAYER(OdDbObjectId layerId);
+  OdDbObjectId getCELTYPE() const { return m_celtype; }
+  void setCELTYPE(OdDbObjectId linetypeId);
+  double getCELTSCALE() const { return m_celtscale; }
+  void setCELTSCALE(double scale);
+  OdDb::LineWeight getCELWEIGHT() const { return m_celweight; }
+  void setCELWEIGHT(OdDb::LineWeight lineWeight);
+  double getLTSCALE() const { return m_ltscale; }
+  void setLTSCALE(double scale);
+
+private:
+  friend class OdDbObjectId;
+  struct Stubs;
+
+  OdDbStub* newStub(const OdDbHandle& handle);
+
+  std::unique_ptr<Stubs> m_stubs;
+  OdDbHandle m_handseed = 1;
+  OdDbObjectId m_layerTableId, m_linetypeTableId, m_blockTableId;
+  OdDbObjectId m_modelSpaceId, m_paperSpaceId, m_layerZeroId;
+  OdDbObjectId m_linetypeByLayerId, m_linetypeByBlockId, m_linetypeContinuousId;
+  OdCmColor m_cecolor;
+  OdDbObjectId m_clayer, m_celtype;
+  double m_celtscale = 1.0;
+  double m_ltscale = 1.0;
+  OdDb::LineWeight m_celweight = OdDb::kLnWtByLayer;
+};
+
+typedef OdSmartPtr<OdDbDatabase> OdDbDatabasePtr;
+
+#endif

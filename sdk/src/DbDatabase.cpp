@@ -1,0 +1,170 @@
+#include "DbDatabase.h"
+
+#include "DbBlockTable.h"
+#include "DbLayerTable.h"
+#include "DbLinetypeTable.h"
+#include "DbStub.h"
+#include "RxObjectImpl.h"
+
+#include <cmath>
+#include <deque>
+
+struct OdDbDatabase::Stubs {
+  std::deque<OdDbStub> storage; // stable addresses: ids point into it
+  std::unordered_map<OdUInt64, OdDbStub*> byHandle;
+};
+
+ODRX_DEFINE_RTTI_MEMBERS(OdDbDatabase, OdRxObject)
+ODRX_DEFINE_INIT_MEMBERS(OdDbDatabase, OdRxObject::desc(), &OdDbDatabase::pseudoConstructor, 0, 0,
+                         0, OdString::kEmpty, OD_T("ObjectDBX Classes"))
+OdRxObjectPtr OdDbDatabase::pseudoConstructor() {
+  return OdRxObjectPtr(OdRxObjectImpl<OdDbDatabase>::createObject());
+}
+
+namespace {
+template <class Table> OdDbObjectId addTable(OdDbDatabase* db) {
+  OdSmartPtr<Table> table = Table::createObject();
+  return db->addOdDbObject(table, OdDbObjectId::kNull);
+}
+
+template <class Record> OdSmartPtr<Record> newRecord(const OdString& name) {
+  OdSmartPtr<Record> record = Record::createObject();
+  record->setName(name);
+  return record;
+}
+
+OdDbObjectId addRecord(OdDbObjectId tableId, OdDbSymbolTableRecord* record) {
+  OdDbSymbolTablePtr table = tableId.safeOpenObject(OdDb::kForWrite);
+  return table->add(record);
+}
+} // namespace
+
+OdDbDatabase::OdDbDatabase() : m_stubs(new Stubs) {
+  m_layerTableId = addTable<OdDbLayerTable>(this);
+  m_linetypeTableId = addTable<OdDbLinetypeTable>(this);
+  m_blockTableId = addTable<OdDbBlockTable>(this);
+
+  m_linetypeByBlockId =
+      addRecord(m_linetypeTableId, newRecord<OdDbLinetypeTableRecord>(OD_T("ByBlock")));
+  m_linetypeByLayerId =
+      addRecord(m_linetypeTableId, newRecord<OdDbLinetypeTableRecord>(OD_T("ByLayer")));
+  OdDbLinetypeTableRecordPtr continuous = newRecord<OdDbLinetypeTableRecord>(OD_T("Continuous"));
+  continuous->setComments(OD_T("Solid line"));
+  m_linetypeContinuousId = addRecord(m_linetypeTableId, continuous);
+
+  OdDbLayerTableRecordPtr layerZero = newRecord<OdDbLayerTableRecord>(OD_T("0"));
+  OdCmColor white;
+  white.setColorIndex(7);
+  layerZero->setColor(white);
+  layerZero->setLinetypeObjectId(m_linetypeContinuousId);
+  m_layerZeroId = addRecord(m_layerTableId, layerZero);
+
+  m_modelSpaceId =
+      addRecord(m_blockTableId, newRecord<OdDbBlockTableRecord>(OD_T("*Model_Space")));
+  m_paperSpaceId =
+      addRecord(m_blockTableId, newRecord<OdDbBlockTableRecord>(OD_T("*Paper_Space")));
+
+  m_clayer = m_layerZeroId;
+  m_celtype = m_linetypeByLayerId;
+}
+
+OdDbDatabase::~OdDbDatabase() {
+  // Objects that outlive their database through someone's pointer become free-standing.
+  for (OdDbStub& stub : m_stubs->storage) {
+    if (stub.object) {
+      stub.object->m_stub = nullptr;
+      stub.object->m_openMode = OdDb::kForWrite;
+    }
+  }
+  for (OdDbStub& stub : m_stubs->storage)
+    stub.object = nullptr;
+}
+
+OdDbStub* OdDbDatabase::newStub(const OdDbHandle& handle) {
+  m_stubs->storage.emplace_back();
+  OdDbStub* stub = &m_stubs->storage.back();
+  stub->database = this;
+  stub->handle = handle;
+  m_stubs->byHandle.emplace(static_cast<OdUInt64>(handle), stub);
+  if (static_cast<OdUInt64>(handle) >= static_cast<OdUInt64>(m_handseed))
+    m_handseed = static_cast<OdUInt64>(handle) + 1;
+  return stub;
+}
+
+OdDbObjectId OdDbDatabase::addOdDbObject(OdDbObject* object, OdDbObjectId ownerId,
+                                         OdDbHandle handle) {
+  if (!object)
+    throw OdError(eNullObjectPointer);
+  if (object->m_stub)
+    throw OdError(eAlreadyInDb);
+  if (object->m_database && object->m_database != this)
+    throw OdError(eWrongDatabase, OD_T("The object belongs to another database"));
+
+  OdDbStub* stub = nullptr;
+  if (handle.isNull()) {
+    stub = newStub(m_handseed);
+  } else {
+    auto it = m_stubs->byHandle.find(static_cast<OdUInt64>(handle));
+    if (it == m_stubs->byHandle.end())
+      stub = newStub(handle);
+    else if (it->second->object)
+      throw OdError(eHandleInUse, OD_T("Handle in use: ") + handle.ascii());
+    else
+      stub = it->second; // a forward reference read earlier gets its object now
+  }
+  stub->object = object;
+  object->m_stub = stub;
+  object->m_database = this;
+  object->m_ownerId = ownerId;
+  object->m_openMode = object->m_refs > 1 ? OdDb::kForWrite : OdDb::kNotOpen;
+  return OdDbObjectId(stub);
+}
+
+OdDbObjectId OdDbDatabase::getOdDbObjectId(const OdDbHandle& handle, bool createIfNotFound) {
+  if (handle.isNull())
+    return OdDbObjectId();
+  auto it = m_stubs->byHandle.find(static_cast<OdUInt64>(handle));
+  if (it != m_stubs->byHandle.end())
+    return OdDbObjectId(it->second);
+  return createIfNotFound ? OdDbObjectId(newStub(handle)) : OdDbObjectId();
+}
+
+unsigned OdDbDatabase::numObjects() const {
+  unsigned count = 0;
+  for (const OdDbStub& stub : m_stubs->storage)
+    if (stub.object)
+      ++count;
+  return count;
+}
+
+void OdDbDatabase::setCLAYER(OdDbObjectId layerId) {
+  if (layerId.database() != this || !layerId.objectClass() ||
+      !layerId.objectClass()->isDerivedFrom(OdDbLayerTableRecord::desc()))
+    throw OdError(eWrongObjectType, OD_T("CLAYER must be a layer of this drawing"));
+  m_clayer = layerId;
+}
+
+void OdDbDatabase::setCELTYPE(OdDbObjectId linetypeId) {
+  if (linetypeId.database() != this || !linetypeId.objectClass() ||
+      !linetypeId.objectClass()->isDerivedFrom(OdDbLinetypeTableRecord::desc()))
+    throw OdError(eWrongObjectType, OD_T("CELTYPE must be a linetype of this drawing"));
+  m_celtype = linetypeId;
+}
+
+void OdDbDatabase::setCELTSCALE(double scale) {
+  if (!std::isfinite(scale) || scale <= 0.0)
+    throw OdError(eInvalidInput, OD_T("CELTSCALE must be a positive number"));
+  m_celtscale = scale;
+}
+
+void OdDbDatabase::setCELWEIGHT(OdDb::LineWeight lineWeight) {
+  if (!odIsValidLineWeight(lineWeight))
+    throw OdError(eInvalidInput, OD_T("CELWEIGHT must be a lineweight"));
+  m_celweight = lineWeight;
+}
+
+void OdDbDatabase::setLTSCALE(double scale) {
+  if (!std::isfinite(scale) || scale <= 0.0)
+    throw OdError(eInvalidInput, OD_T("LTSCALE must be a positive number"));
+  m_ltscale = scale;
+}

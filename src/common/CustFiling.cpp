@@ -1,0 +1,10 @@
+#include "CustFiling.h"
+
+namespace custents {
+
+OdResult refuseDxfIn(OdDbObject* object, OdDbDxfFiler* /*filer*/) {
+  object->assertWriteEnabled();
+  return kRefusedVersion;
+}
+
+} // namespace custents

@@ -1,0 +1,56 @@
+#ifndef CUSTENTS_CUST_FILING_H
+#define CUSTENTS_CUST_FILING_H
+
+// Filing rules shared by the module's classes.
+
+#include "DbFiler.h"
+#include "DbObject.h"
+
+namespace custents {
+
+/// The result every class of the module returns for a stream it refuses to read (a version it
+/// does not know): the platform's eNotImplementedYet, value 1. Callers compare against 1.
+const OdResult kRefusedVersion = eNotImplementedYet;
+
+/// The shared DXF reading routine of the module's classes: asserts write access and returns
+/// the refusal without reading anything, not even the base class's data. DXF therefore carries
+/// only the base data of these classes; their full data travels in DWG form.
+OdResult refuseDxfIn(OdDbObject* object, OdDbDxfFiler* filer);
+
+/// Filing of a class that has no fields of its own yet: the base class's data, then a 16-bit
+/// format version. Reading refuses a version newer than the one the class writes.
+template <class Base> class PlainFiled : public Base {
+public:
+  static const OdInt16 kCurrentVersion = 1;
+
+  OdResult dwgInFields(OdDbDwgFiler* filer) override {
+    this->assertWriteEnabled();
+    const OdResult base = Base::dwgInFields(filer);
+    if (base != eOk)
+      return base;
+    const OdInt16 version = filer->rdInt16();
+    if (filer->filerStatus() != eOk)
+      return filer->filerStatus();
+    if (version > kCurrentVersion)
+      return kRefusedVersion;
+    return eOk;
+  }
+  void dwgOutFields(OdDbDwgFiler* filer) const override {
+    this->assertReadEnabled();
+    Base::dwgOutFields(filer);
+    filer->wrInt16(kCurrentVersion);
+  }
+  OdResult dxfInFields(OdDbDxfFiler* filer) override { return refuseDxfIn(this, filer); }
+};
+
+} // namespace custents
+
+/// A class whose behaviour is not built yet: registered, constructible, filed with its base
+/// data and a version, drawing nothing. It grows into a class of its own when its behaviour is
+/// built.
+#define CUSTENTS_PLAIN_CLASS(ClassName, BaseClass)                                                 \
+  class ClassName : public custents::PlainFiled<BaseClass> {                                       \
+    ODRX_DECLARE_MEMBERS(ClassName);                                                               \
+  };
+
+#endif

@@ -1,0 +1,193 @@
+#include "EntEditTextOper.h"
+
+#include "Ge/GePoint3d.h"
+#include "HostTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+// What the callbacks saw, in call order.
+std::string g_calls;
+OdDbEntity* g_pickedText = nullptr;
+OdString g_committedText;
+bool g_lastEditing = false;
+
+bool pickNothing(OdSmartPtr<OdDbEntity>, const OdGePoint3d&, OdSmartPtr<OdDbEntity>&, int&) {
+  g_calls += "pickNothing ";
+  return false;
+}
+
+// Finds a text only left of x = 0, so the tests can tell which callback answered.
+bool pickLeft(OdSmartPtr<OdDbEntity> entity, const OdGePoint3d& point,
+              OdSmartPtr<OdDbEntity>& textToEdit, int& kind) {
+  g_calls += "pickLeft ";
+  if (point.x >= 0.0)
+    return false;
+  textToEdit = g_pickedText ? OdSmartPtr<OdDbEntity>(g_pickedText) : entity;
+  kind = 7;
+  return true;
+}
+
+bool pickAll(OdSmartPtr<OdDbEntity> entity, const OdGePoint3d&, OdSmartPtr<OdDbEntity>& textToEdit,
+             int& kind) {
+  g_calls += "pickAll ";
+  textToEdit = entity;
+  kind = 9;
+  return true;
+}
+
+bool commitRefuse(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity>, OdString,
+                  OdSmartPtr<OdDbEntity>) {
+  g_calls += "commitRefuse ";
+  return false;
+}
+
+bool commitAccept(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity> editedText, OdString newText,
+                  OdSmartPtr<OdDbEntity>) {
+  g_calls += "commitAccept ";
+  g_committedText = newText;
+  return !editedText.isNull();
+}
+
+void showA(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity>, bool editing) {
+  g_calls += "showA ";
+  g_lastEditing = editing;
+}
+
+void showB(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity>, bool) {
+  g_calls += "showB ";
+}
+
+// A module that unloads while the host walks the callbacks.
+bool pickAndUnregister(OdSmartPtr<OdDbEntity>, const OdGePoint3d&, OdSmartPtr<OdDbEntity>&, int&) {
+  g_calls += "pickAndUnregister ";
+  EntEditTextOper::removeEditTextOper(&pickAndUnregister, &commitRefuse);
+  return false;
+}
+
+class EntEditTextOperTest : public ::testing::Test {
+protected:
+  void SetUp() override {
+    ASSERT_EQ(0, EntEditTextOper::count());
+    g_calls.clear();
+    g_pickedText = nullptr;
+    g_committedText = OdString();
+    entity = HostTestEntity::createObject();
+  }
+  void TearDown() override {
+    for (auto pick : {&pickNothing, &pickLeft, &pickAll, &pickAndUnregister})
+      for (auto commit : {&commitRefuse, &commitAccept})
+        EntEditTextOper::removeEditTextOper(pick, commit, nullptr);
+  }
+
+  HostTestEntityPtr entity;
+};
+
+TEST_F(EntEditTextOperTest, RegistrationKeepsOnePerPickCommitPair) {
+  EXPECT_TRUE(EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, &showA));
+  EXPECT_FALSE(EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, &showB));
+  EXPECT_EQ(1, EntEditTextOper::count());
+  // Another commit with the same pick is another registration.
+  EXPECT_TRUE(EntEditTextOper::addEditTextOper(&pickLeft, &commitRefuse, nullptr));
+  EXPECT_EQ(2, EntEditTextOper::count());
+
+  // The show callback of the first registration stayed.
+  EntEditTextOper::showText(entity, nullptr, true);
+  EXPECT_EQ("showA ", g_calls);
+
+  EXPECT_FALSE(EntEditTextOper::addEditTextOper(nullptr, &commitAccept, &showA));
+  EXPECT_FALSE(EntEditTextOper::addEditTextOper(&pickAll, nullptr, &showA));
+  EXPECT_EQ(2, EntEditTextOper::count());
+}
+
+TEST_F(EntEditTextOperTest, RemovalMatchesPickAndCommitOnly) {
+  EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, &showA);
+  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, &showB);
+  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickLeft, &commitRefuse, &showA));
+  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickNothing, &commitAccept, &showA));
+  EXPECT_EQ(2, EntEditTextOper::count());
+  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(&pickLeft, &commitAccept, nullptr));
+  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(&pickAll, &commitAccept, &showA));
+  EXPECT_EQ(0, EntEditTextOper::count());
+  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickAll, &commitAccept, nullptr));
+}
+
+TEST_F(EntEditTextOperTest, PickAsksCallbacksInOrderUntilOneFindsText) {
+  EntEditTextOper::addEditTextOper(&pickNothing, &commitRefuse, nullptr);
+  EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, nullptr);
+  HostTestEntityPtr text = HostTestEntity::createObject();
+  g_pickedText = text;
+
+  OdSmartPtr<OdDbEntity> found;
+  int kind = 0;
+  EXPECT_TRUE(EntEditTextOper::pickText(entity, OdGePoint3d(-1, 0, 0), found, kind));
+  EXPECT_EQ("pickNothing pickLeft ", g_calls);
+  EXPECT_EQ(text.get(), found.get());
+  EXPECT_EQ(7, kind);
+
+  g_calls.clear();
+  EXPECT_TRUE(EntEditTextOper::pickText(entity, OdGePoint3d(1, 0, 0), found, kind));
+  EXPECT_EQ("pickNothing pickLeft pickAll ", g_calls);
+  EXPECT_EQ(entity.get(), found.get());
+  EXPECT_EQ(9, kind);
+
+  EntEditTextOper::removeEditTextOper(&pickAll, &commitAccept);
+  g_calls.clear();
+  found = nullptr;
+  kind = 0;
+  EXPECT_FALSE(EntEditTextOper::pickText(entity, OdGePoint3d(1, 0, 0), found, kind));
+  EXPECT_TRUE(found.isNull());
+  EXPECT_EQ(0, kind);
+}
+
+TEST_F(EntEditTextOperTest, CommitStopsAtTheFirstCallbackThatTakesTheEdit) {
+  EntEditTextOper::addEditTextOper(&pickNothing, &commitRefuse, nullptr);
+  EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(&pickAll, &commitRefuse, nullptr);
+  HostTestEntityPtr text = HostTestEntity::createObject();
+
+  EXPECT_TRUE(EntEditTextOper::commitText(entity, text, OD_T("新文字"), nullptr));
+  EXPECT_EQ("commitRefuse commitAccept ", g_calls);
+  EXPECT_EQ(OdString("新文字"), g_committedText);
+
+  g_calls.clear();
+  EXPECT_FALSE(EntEditTextOper::commitText(entity, nullptr, OD_T("x"), nullptr));
+  EXPECT_EQ("commitRefuse commitAccept commitRefuse ", g_calls);
+}
+
+TEST_F(EntEditTextOperTest, ShowReachesEveryRegisteredShowCallback) {
+  EntEditTextOper::addEditTextOper(&pickNothing, &commitRefuse, &showA);
+  EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, &showB);
+  EntEditTextOper::showText(entity, nullptr, true);
+  EXPECT_EQ("showA showB ", g_calls);
+  EXPECT_TRUE(g_lastEditing);
+  EntEditTextOper::showText(entity, nullptr, false);
+  EXPECT_FALSE(g_lastEditing);
+}
+
+TEST_F(EntEditTextOperTest, NullEntityReachesNoCallback) {
+  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, &showA);
+  OdSmartPtr<OdDbEntity> found;
+  int kind = 0;
+  EXPECT_FALSE(EntEditTextOper::pickText(nullptr, OdGePoint3d(), found, kind));
+  EXPECT_FALSE(EntEditTextOper::commitText(nullptr, entity, OD_T("x"), nullptr));
+  EntEditTextOper::showText(nullptr, entity, true);
+  EXPECT_EQ("", g_calls);
+}
+
+TEST_F(EntEditTextOperTest, CallbackMayUnregisterWhileTheHostAsks) {
+  EntEditTextOper::addEditTextOper(&pickAndUnregister, &commitRefuse, nullptr);
+  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, nullptr);
+  OdSmartPtr<OdDbEntity> found;
+  int kind = 0;
+  EXPECT_TRUE(EntEditTextOper::pickText(entity, OdGePoint3d(), found, kind));
+  EXPECT_EQ("pickAndUnregister pickAll ", g_calls);
+  EXPECT_EQ(1, EntEditTextOper::count());
+}
+
+} // namespace

@@ -1,0 +1,119 @@
+#include "HostExtend.h"
+
+#include "ExtendPE.h"
+#include "HostTestSupport.h"
+#include "OdError.h"
+#include "PropertyPE.h"
+#include "RxDictionary.h"
+#include "RxObjectImpl.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+
+#if __has_include("DbHatch.h")
+#include "CmColor.h"
+#include "DbHatch.h"
+#define HOST_TESTS_HAVE_HATCH 1
+#endif
+
+namespace {
+
+TEST(HostExtendTest, ExtensionClassesAreRegisteredUnderOdRxObject) {
+  for (OdRxClass* cls : {PropertyPE::desc(), ExtendPE::desc()}) {
+    ASSERT_NE(nullptr, cls);
+    SCOPED_TRACE(cls->name().toUtf8());
+    EXPECT_EQ(OdRxObject::desc(), cls->myParent());
+    EXPECT_EQ(cls, odrxGetClass(cls->name()));
+    // Extensions are static singletons of a module's own classes, never made by the registry.
+    EXPECT_EQ(nullptr, cls->constructor());
+  }
+  EXPECT_EQ(OdString("PropertyPE"), PropertyPE::desc()->name());
+  EXPECT_EQ(OdString("ExtendPE"), ExtendPE::desc()->name());
+  EXPECT_THROW(PropertyPE::createObject(), OdError);
+}
+
+TEST(HostExtendTest, InitialisationNests) {
+  OdRxClass* const registered = PropertyPE::desc();
+  odHostExtendInitialize();
+  odHostExtendUninitialize();
+  EXPECT_EQ(registered, PropertyPE::desc());
+  EXPECT_NE(nullptr, odrxGetClass(OD_T("ExtendPE")));
+
+  // The environment's own registration is the outermost; undo it and restore it.
+  odHostExtendUninitialize();
+  EXPECT_EQ(nullptr, PropertyPE::desc());
+  EXPECT_EQ(nullptr, odrxGetClass(OD_T("PropertyPE")));
+  EXPECT_EQ(nullptr, odrxGetClass(OD_T("ExtendPE")));
+  odHostExtendUninitialize(); // unmatched: ignored
+  odHostExtendInitialize();
+  EXPECT_NE(nullptr, PropertyPE::desc());
+  EXPECT_NE(nullptr, ExtendPE::desc());
+}
+
+TEST(HostExtendTest, EntityFindsTheExtensionAttachedToItsClass) {
+  static OdStaticRxObject<PropertyPE> extension;
+  HostTestEntity::desc()->addX(PropertyPE::desc(), &extension);
+  HostTestEntityPtr entity = HostTestEntity::createObject();
+
+  PropertyPEPtr found = PropertyPE::cast(entity);
+  EXPECT_EQ(&extension, found.get());
+  ASSERT_FALSE(found.isNull());
+  EXPECT_EQ(OdString("HostTestEntity"), found->getEntityName(entity));
+  EXPECT_TRUE(ExtendPE::cast(entity).isNull());
+
+  HostTestEntity::desc()->delX(PropertyPE::desc());
+  EXPECT_TRUE(PropertyPE::cast(entity).isNull());
+}
+
+#if defined(__GXX_ABI_VERSION)
+// Modules are built against the host's class layout, so the order of the virtual operations is
+// part of the host's interface. Under the Itanium C++ ABI a pointer to a virtual member
+// function holds 1 + the function's byte offset in the virtual table.
+template <class MemberPointer> std::ptrdiff_t slotOf(MemberPointer member) {
+  struct Representation {
+    std::uintptr_t pointer;
+    std::ptrdiff_t adjustment;
+  } representation;
+  static_assert(sizeof(member) == sizeof(representation), "Itanium member pointer");
+  std::memcpy(&representation, &member, sizeof(representation));
+  EXPECT_EQ(1u, representation.pointer % sizeof(void*)) << "not a virtual function";
+  return static_cast<std::ptrdiff_t>((representation.pointer - 1) / sizeof(void*));
+}
+
+TEST(HostExtendTest, VirtualOperationsKeepTheirSlots) {
+  const std::ptrdiff_t last = slotOf(&OdRxObject::isEqualTo);
+  EXPECT_EQ(last + 1, slotOf(&PropertyPE::getPropertyCount));
+  EXPECT_EQ(last + 2, slotOf(&PropertyPE::getAttributeCount));
+  EXPECT_EQ(last + 3, slotOf(&PropertyPE::getPropertyByeId));
+  EXPECT_EQ(last + 4, slotOf(&PropertyPE::getPropAttributeByeId));
+  EXPECT_EQ(last + 5, slotOf(&PropertyPE::getEntityName));
+  EXPECT_EQ(last + 6, slotOf(&PropertyPE::GetEntityMenuItemMap));
+  EXPECT_EQ(last + 7, slotOf(&PropertyPE::getZCMXName));
+  EXPECT_EQ(last + 8, slotOf(&PropertyPE::GetOperationItem));
+  EXPECT_EQ(last + 9, slotOf(&PropertyPE::GetListInfo));
+  // last + 10 is the private id-based setter.
+  EXPECT_EQ(last + 11,
+            slotOf(static_cast<bool (PropertyPE::*)(OdDbEntity*, const OdVariant&, int, int)>(
+                &PropertyPE::setPropAttributeByeId)));
+  EXPECT_EQ(last + 12, slotOf(&PropertyPE::GetRMenus));
+  EXPECT_EQ(last + 13, slotOf(&PropertyPE::Reset));
+
+  EXPECT_EQ(last + 1, slotOf(&ExtendPE::FillColor));
+  EXPECT_EQ(last + 2, slotOf(&ExtendPE::FillPattern));
+}
+#endif
+
+#if defined(HOST_TESTS_HAVE_HATCH)
+TEST(HostExtendTest, BaseShapeExtensionFillsNothing) {
+  OdStaticRxObject<ExtendPE> extension;
+  OdSmartPtr<OdDbEntity> shape = HostTestEntity::createObject();
+  EXPECT_TRUE(extension.FillColor(shape, OdCmColor()).isNull());
+  double result = 42.0;
+  EXPECT_TRUE(extension.FillPattern(shape, OD_T("ANSI31"), 1.0, 0.0, result).isNull());
+  EXPECT_EQ(42.0, result);
+}
+#endif
+
+} // namespace

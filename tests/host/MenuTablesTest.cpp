@@ -1,0 +1,85 @@
+#include "MenuTables.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+bool contains(const std::vector<int>& ids, int id) {
+  return std::find(ids.begin(), ids.end(), id) != ids.end();
+}
+
+TEST(MenuTablesTest, EntriesModulesRelyOnArePresent) {
+  struct Expected {
+    int id;
+    const char* text;
+  } const expected[] = {{8001, "删除"}, {8002, "移动"}, {8003, "复制选择"}, {8004, "缩放"},
+                        {8005, "旋转"}, {8006, "镜像"}, {8007, "绘图次序"}, {8011, "打散"},
+                        {8012, "特性"}, {8070, "闭合"}, {8071, "打开"},     {8099, "图形统计"},
+                        {8109, ""}};
+  for (const Expected& e : expected) {
+    SCOPED_TRACE(e.id);
+    auto found = g_mapAllRMenu.find(e.id);
+    ASSERT_NE(g_mapAllRMenu.end(), found);
+    EXPECT_EQ(e.id, found->second.id);
+    EXPECT_EQ(std::string(e.text), found->second.text.toUtf8());
+  }
+}
+
+TEST(MenuTablesTest, EveryEntryIsWellFormed) {
+  for (const auto& [id, entry] : g_mapAllRMenu) {
+    SCOPED_TRACE(id);
+    EXPECT_EQ(id, entry.id);
+    EXPECT_TRUE(entry.flag1);
+    EXPECT_FALSE(entry.flag2);
+    // Only the separator has no caption.
+    EXPECT_EQ(id == kMenuSeparator, entry.text.isEmpty());
+    // A submenu entry names an entry of the table that opens its submenu.
+    if (entry.data != 0) {
+      auto parent = g_mapAllRMenu.find(static_cast<int>(entry.data));
+      ASSERT_NE(g_mapAllRMenu.end(), parent);
+      EXPECT_EQ(0u, parent->second.data) << "submenus are one level deep";
+    }
+  }
+}
+
+TEST(MenuTablesTest, MenusListOnlyKnownEntriesInAUsableOrder) {
+  const std::pair<const char*, const std::vector<int>*> menus[] = {
+      {"vdimMenus", &vdimMenus},
+      {"vbaseDrawing", &vbaseDrawing},
+      {"votherBaseDrawing", &votherBaseDrawing},
+      {"vBlkStaTablefMenus", &vBlkStaTablefMenus}};
+  for (const auto& [name, ids] : menus) {
+    SCOPED_TRACE(name);
+    ASSERT_FALSE(ids->empty());
+    EXPECT_NE(kMenuSeparator, ids->front());
+    EXPECT_NE(kMenuSeparator, ids->back());
+    for (std::size_t i = 0; i < ids->size(); ++i) {
+      const int id = (*ids)[i];
+      SCOPED_TRACE(id);
+      auto entry = g_mapAllRMenu.find(id);
+      ASSERT_NE(g_mapAllRMenu.end(), entry);
+      if (id != kMenuSeparator) {
+        EXPECT_EQ(1, std::count(ids->begin(), ids->end(), id)) << "listed twice";
+      } else if (i + 1 < ids->size()) {
+        EXPECT_NE(kMenuSeparator, (*ids)[i + 1]) << "two separators in a row";
+      }
+      // A submenu entry comes after the entry that opens it.
+      if (entry->second.data != 0) {
+        auto parent = std::find(ids->begin(), ids->begin() + static_cast<long>(i),
+                                static_cast<int>(entry->second.data));
+        EXPECT_NE(ids->begin() + static_cast<long>(i), parent);
+      }
+    }
+    EXPECT_TRUE(contains(*ids, kMenuProperties));
+  }
+  EXPECT_TRUE(contains(vbaseDrawing, 8070));
+  EXPECT_TRUE(contains(vbaseDrawing, 8071));
+  EXPECT_TRUE(contains(vdimMenus, kMenuEditDimText));
+  EXPECT_TRUE(contains(vdimMenus, kMenuResetDimText));
+  EXPECT_FALSE(contains(votherBaseDrawing, 8070)) << "closed shapes cannot be opened";
+}
+
+} // namespace

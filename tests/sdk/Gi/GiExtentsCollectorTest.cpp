@@ -1,0 +1,218 @@
+#include "Gi/GiExtentsCollector.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+const double kEps = 1e-9;
+const OdGeVector3d kZ(0, 0, 1);
+const double kH = std::sqrt(0.5); // cos 45°
+
+void expectBox(const OdGeExtents3d& ext, const OdGePoint3d& min, const OdGePoint3d& max) {
+  ASSERT_TRUE(ext.isValidExtents());
+  EXPECT_NEAR(ext.minPoint().x, min.x, kEps);
+  EXPECT_NEAR(ext.minPoint().y, min.y, kEps);
+  EXPECT_NEAR(ext.minPoint().z, min.z, kEps);
+  EXPECT_NEAR(ext.maxPoint().x, max.x, kEps);
+  EXPECT_NEAR(ext.maxPoint().y, max.y, kEps);
+  EXPECT_NEAR(ext.maxPoint().z, max.z, kEps);
+}
+
+char g_dummyDatabase;
+
+double deg(double degrees) {
+  return degrees * OdaPI / 180.0;
+}
+
+} // namespace
+
+TEST(GiExtentsCollector, NothingDrawnGivesInvalidExtents) {
+  OdGiExtentsCollector collector;
+  EXPECT_FALSE(collector.extents().isValidExtents());
+  // Refused primitives add nothing either.
+  const OdGePoint3d p(1, 1, 1);
+  collector.circle(p, -1, kZ);
+  collector.circle(p, 1, OdGeVector3d());
+  collector.polyline(0, &p);
+  collector.polygon(2, nullptr);
+  collector.circle(p, OdGePoint3d(2, 2, 2), OdGePoint3d(3, 3, 3));
+  EXPECT_FALSE(collector.extents().isValidExtents());
+
+  collector.polyline(1, &p);
+  EXPECT_TRUE(collector.extents().isValidExtents());
+  collector.clear();
+  EXPECT_FALSE(collector.extents().isValidExtents());
+}
+
+TEST(GiExtentsCollector, VerticesThroughStackedTransformsAndUnbalancedPop) {
+  OdGiExtentsCollector collector;
+  const OdGePoint3d pts[2] = {{0, 0, 0}, {2, 1, 0}};
+  collector.popModelTransform(); // nothing pushed: ignored
+  collector.pushModelTransform(OdGeMatrix3d::translation(OdGeVector3d(10, 0, 0)));
+  collector.pushModelTransform(OdGeMatrix3d::rotation(OdaPI2, kZ));
+  collector.polyline(2, pts); // (10, 0) and (9, 2)
+  collector.popModelTransform();
+  collector.popModelTransform();
+  collector.popModelTransform();
+  collector.polygon(2, pts); // untransformed again
+  expectBox(collector.extents(), OdGePoint3d(0, 0, 0), OdGePoint3d(10, 2, 0));
+}
+
+TEST(GiExtentsCollector, FullCircleBoxIsExactForAnyNormal) {
+  const struct {
+    OdGeVector3d normal;
+  } cases[] = {{OdGeVector3d(0, 0, 1)}, {OdGeVector3d(0, 0, -3)}, {OdGeVector3d(1, 0, 0)},
+               {OdGeVector3d(0, 1, 1)}, {OdGeVector3d(1, 2, 3)},  {OdGeVector3d(-0.2, 0.9, 0.1)}};
+  const OdGePoint3d center(1, -2, 3);
+  const double r = 2.5;
+  for (const auto& c : cases) {
+    OdGiExtentsCollector collector;
+    collector.circle(center, r, c.normal);
+    const OdGeVector3d n = c.normal.normal();
+    const OdGeVector3d half(r * std::sqrt(1 - n.x * n.x), r * std::sqrt(1 - n.y * n.y),
+                            r * std::sqrt(1 - n.z * n.z));
+    SCOPED_TRACE(testing::Message() << c.normal.x << "," << c.normal.y << "," << c.normal.z);
+    expectBox(collector.extents(), center - half, center + half);
+  }
+}
+
+TEST(GiExtentsCollector, ArcBoxIncludesOnlyTheAxisPointsWithinTheSweep) {
+  const struct {
+    const char* what;
+    double startDeg;
+    double sweepDeg;
+    OdGePoint3d min;
+    OdGePoint3d max;
+  } cases[] = {
+      {"first quadrant", 0, 90, {0, 0, 0}, {1, 1, 0}},
+      {"across 90", 45, 90, {-kH, kH, 0}, {kH, 1, 0}},
+      {"across 180", 135, 90, {-1, -kH, 0}, {-kH, kH, 0}},
+      {"across 270", 225, 90, {-kH, -1, 0}, {kH, -kH, 0}},
+      {"across 0", 315, 90, {kH, -kH, 0}, {1, kH, 0}},
+      {"no crossing",
+       10,
+       20,
+       {std::cos(deg(30)), std::sin(deg(10)), 0},
+       {std::cos(deg(10)), std::sin(deg(30)), 0}},
+      {"clockwise across 0", 45, -90, {kH, -kH, 0}, {1, kH, 0}},
+      {"start vector past a full turn", 405, 90, {-kH, kH, 0}, {kH, 1, 0}},
+      {"across 90, 180 and 270", 80, 250, {-1, -1, 0}, {std::cos(deg(30)), 1, 0}},
+      {"across all four", 80, 300, {-1, -1, 0}, {1, 1, 0}},
+      {"more than a full turn", 30, 400, {-1, -1, 0}, {1, 1, 0}},
+      {"zero sweep", 90, 0, {0, 1, 0}, {0, 1, 0}},
+  };
+  for (const auto& c : cases) {
+    OdGiExtentsCollector collector;
+    const OdGeVector3d start(std::cos(deg(c.startDeg)), std::sin(deg(c.startDeg)), 0);
+    collector.circularArc(OdGePoint3d(0, 0, 0), 1, kZ, start * 3.0, deg(c.sweepDeg));
+    SCOPED_TRACE(c.what);
+    expectBox(collector.extents(), c.min, c.max);
+  }
+}
+
+TEST(GiExtentsCollector, TiltedAndTransformedArcs) {
+  {
+    // Plane x = 0 (normal +X, start along +Y): the half turn counter-clockwise about +X runs
+    // through +Z to -Y.
+    OdGiExtentsCollector collector;
+    collector.circularArc(OdGePoint3d(0, 0, 0), 2, OdGeVector3d(1, 0, 0), OdGeVector3d(0, 1, 0),
+                          OdaPI);
+    expectBox(collector.extents(), OdGePoint3d(0, -2, 0), OdGePoint3d(0, 2, 2));
+  }
+  {
+    // A unit circle stretched to semi-axes 2 and 1 and turned 45°: an ellipse whose half-width
+    // along x and y is sqrt((2 cos 45)^2 + (sin 45)^2) = sqrt(2.5).
+    OdGiExtentsCollector collector;
+    OdGeMatrix3d stretch;
+    stretch.entry[0][0] = 2.0;
+    collector.pushModelTransform(OdGeMatrix3d::rotation(OdaPI / 4, kZ) * stretch);
+    collector.circle(OdGePoint3d(0, 0, 0), 1, kZ);
+    const double half = std::sqrt(2.5);
+    expectBox(collector.extents(), OdGePoint3d(-half, -half, 0), OdGePoint3d(half, half, 0));
+  }
+  {
+    // The upper half of the same stretched circle, unrotated: x from -2 to 2, y up to 1.
+    OdGiExtentsCollector collector;
+    OdGeMatrix3d stretch;
+    stretch.entry[0][0] = 2.0;
+    collector.pushModelTransform(stretch);
+    collector.circularArc(OdGePoint3d(0, 0, 0), 1, kZ, OdGeVector3d(1, 0, 0), OdaPI);
+    expectBox(collector.extents(), OdGePoint3d(-2, 0, 0), OdGePoint3d(2, 1, 0));
+  }
+}
+
+TEST(GiExtentsCollector, SectorsReachTheCentreAndThreePointArcsMatch) {
+  const OdGeVector3d start(std::cos(deg(10)), std::sin(deg(10)), 0);
+  OdGiExtentsCollector simple;
+  simple.circularArc(OdGePoint3d(0, 0, 0), 1, kZ, start, deg(20), kOdGiArcSimple);
+  OdGiExtentsCollector sector;
+  sector.circularArc(OdGePoint3d(0, 0, 0), 1, kZ, start, deg(20), kOdGiArcSector);
+  EXPECT_NEAR(simple.extents().minPoint().x, std::cos(deg(30)), kEps);
+  EXPECT_NEAR(sector.extents().minPoint().x, 0.0, kEps);
+  EXPECT_NEAR(sector.extents().minPoint().y, 0.0, kEps);
+
+  // Start at 0°, through 270°, end at 90°: three quarters of the circle, missing the top
+  // left quarter's interior only, so the box is the full circle's but for y max 1 and x min -1.
+  OdGiExtentsCollector threePoint;
+  threePoint.circularArc(OdGePoint3d(1, 0, 0), OdGePoint3d(0, -1, 0), OdGePoint3d(0, 1, 0));
+  expectBox(threePoint.extents(), OdGePoint3d(-1, -1, 0), OdGePoint3d(1, 1, 0));
+  OdGiExtentsCollector minor;
+  minor.circularArc(OdGePoint3d(1, 0, 0), OdGePoint3d(kH, kH, 0), OdGePoint3d(0, 1, 0));
+  expectBox(minor.extents(), OdGePoint3d(0, 0, 0), OdGePoint3d(1, 1, 0));
+}
+
+TEST(GiExtentsCollector, TextBoxFromPositionDirectionHeightAndWidth) {
+  {
+    // Default width: 0.8 x height x width factor per character.
+    OdGiExtentsCollector collector;
+    collector.text(OdGePoint3d(1, 2, 0), kZ, OdGeVector3d(1, 0, 0), 2, 0.5, 0, OdString("abcd"));
+    expectBox(collector.extents(), OdGePoint3d(1, 2, 0), OdGePoint3d(1 + 0.8 * 2 * 0.5 * 4, 4, 0));
+  }
+  {
+    // A caller-supplied width, a vertical baseline, and a slant that leans the top forward.
+    OdGiExtentsCollector collector;
+    collector.setTextWidthFunction([](const OdString& s, double h, double w) {
+      return s.getLength() == 2 ? 10.0 * h * w : -1.0;
+    });
+    collector.text(OdGePoint3d(0, 0, 0), kZ, OdGeVector3d(0, 3, 0), 1, 1, OdaPI / 4,
+                   OdString("ab"));
+    // Baseline along +Y for 10; up is -X; the slant shifts the top by height along +Y.
+    expectBox(collector.extents(), OdGePoint3d(-1, 0, 0), OdGePoint3d(0, 11, 0));
+
+    collector.clear();
+    collector.setTextWidthFunction(nullptr); // back to the default
+    collector.text(OdGePoint3d(0, 0, 0), kZ, OdGeVector3d(1, 0, 0), 1, 1, 0, OdString("ab"));
+    expectBox(collector.extents(), OdGePoint3d(0, 0, 0), OdGePoint3d(1.6, 1, 0));
+  }
+  {
+    // Drawn through a model transform, text is placed like everything else.
+    OdGiExtentsCollector collector;
+    collector.pushModelTransform(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 5)) *
+                                 OdGeMatrix3d::scaling(2.0));
+    collector.text(OdGePoint3d(0, 0, 0), kZ, OdGeVector3d(1, 0, 0), 1, 1, 0, OdString("a"));
+    expectBox(collector.extents(), OdGePoint3d(0, 0, 5), OdGePoint3d(1.6, 2, 5));
+  }
+}
+
+TEST(GiExtentsCollector, WorldAndViewportDrawingBothCount) {
+  OdDbDatabase* db = reinterpret_cast<OdDbDatabase*>(&g_dummyDatabase);
+  OdGiExtentsCollector collector(db);
+  OdGiWorldDraw& world = collector;
+  OdGiViewportDraw& view = collector;
+  EXPECT_EQ(world.regenType(), kOdGiForExtents);
+  EXPECT_EQ(world.context()->database(), db);
+  EXPECT_EQ(view.context()->database(), db);
+  // Traits are accepted (an entity sets them while drawing) and do not change the box.
+  world.subEntityTraits().setColor(1);
+  EXPECT_EQ(world.subEntityTraits().color(), 1);
+
+  const OdGePoint3d p(3, 3, 3);
+  world.geometry().ray(p, OdGePoint3d(4, 3, 3));
+  view.geometry().circle(OdGePoint3d(0, 0, 3), 1, kZ);
+  expectBox(collector.extents(), OdGePoint3d(-1, -1, 3), OdGePoint3d(4, 3, 3));
+  // The viewport sees the collector's model transforms.
+  view.geometry().pushModelTransform(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 1)));
+  EXPECT_NEAR((view.viewport().getModelToEyeTransform() * OdGePoint3d(0, 0, 0)).z, 1.0, kEps);
+}

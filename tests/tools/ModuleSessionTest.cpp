@@ -1,0 +1,104 @@
+// The module session in-process: what a subcommand sees while the module is loaded, and that
+// the platform is left as it was found, whether loading succeeds or fails.
+
+#include "ModuleSession.h"
+#include "ClassReport.h"
+#include "ToolPaths.h"
+
+#include "OdError.h"
+#include "RxDictionary.h"
+#include "RxDynamicLinker.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+const std::string kModulePath = std::string(CUSTENTS_BIN_DIR) + "/CustEnts.tx";
+
+std::string realPath(const std::string& path) {
+  char resolved[PATH_MAX];
+  return realpath(path.c_str(), resolved) ? std::string(resolved) : path;
+}
+
+/// Keeps the platform initialised around a test, so that what a session leaves behind in the
+/// class dictionary can still be seen after the session has gone.
+class ModuleSessionTest : public ::testing::Test {
+protected:
+  void SetUp() override { odInitialize(); }
+  void TearDown() override { odUninitialize(); }
+};
+
+TEST_F(ModuleSessionTest, ModuleClassesLiveExactlyAsLongAsTheSession) {
+  {
+    ModuleSession session(kModulePath);
+    ASSERT_NE(session.module(), nullptr);
+    EXPECT_EQ(session.moduleName(), OdString(OD_T("CustEnts.tx")));
+    EXPECT_NE(odrxGetClass(OD_T("OdDbGeoRect")), nullptr);
+    EXPECT_NE(odrxGetClass(OD_T("PropertyPE")), nullptr);
+
+    const std::vector<ClassRecord> classes = describeModuleClasses(session.module());
+    ASSERT_FALSE(classes.empty());
+    EXPECT_EQ(classes.front().name, "KVDb2DBarEntity");
+    EXPECT_EQ(classes.back().name, "OdDb3dArrow");
+    // Only the module's own classes: none of the platform's.
+    for (const ClassRecord& cls : classes)
+      EXPECT_NE(cls.name, "OdDbEntity");
+
+    session.close();
+    EXPECT_EQ(session.module(), nullptr);
+    EXPECT_EQ(odrxGetClass(OD_T("OdDbGeoRect")), nullptr);
+    EXPECT_EQ(odrxDynamicLinker()->loadedModuleNames().size(), 0u);
+    session.close(); // a second close is harmless
+  }
+  {
+    // The destructor unloads a module that was not closed, so it can be loaded again.
+    ModuleSession session(kModulePath);
+    EXPECT_NE(odrxGetClass(OD_T("OdDbCompass")), nullptr);
+  }
+  EXPECT_EQ(odrxGetClass(OD_T("OdDbCompass")), nullptr);
+  EXPECT_EQ(odrxGetClass(OD_T("PropertyPE")), nullptr);
+  EXPECT_NE(odrxGetClass(OD_T("OdDbEntity")), nullptr);
+}
+
+TEST_F(ModuleSessionTest, FailedLoadLeavesNothingRegistered) {
+  const std::size_t classesBefore = odrxRegisteredClasses().size();
+  try {
+    ModuleSession session(std::string(CUSTENTS_FIXTURE_DIR) + "/FailingInitModule.tx");
+    FAIL() << "a module whose initApp throws was loaded";
+  } catch (const OdError& error) {
+    EXPECT_EQ(error.code(), eInvalidInput);
+    EXPECT_NE(error.description().toUtf8().find("fixture refuses to start"), std::string::npos);
+  }
+  EXPECT_EQ(odrxGetClass(OD_T("FailingInitProbe")), nullptr);
+  EXPECT_EQ(odrxGetClass(OD_T("PropertyPE")), nullptr);
+  EXPECT_EQ(odrxRegisteredClasses().size(), classesBefore);
+  EXPECT_EQ(odrxDynamicLinker()->loadedModuleNames().size(), 0u);
+}
+
+TEST_F(ModuleSessionTest, CloseRefusesWhileTheModuleIsReferenced) {
+  ModuleSession session(kModulePath);
+  OdRxModulePtr extra(session.module());
+  try {
+    session.close();
+    FAIL() << "a referenced module was unloaded";
+  } catch (const OdError& error) {
+    EXPECT_EQ(error.code(), eModuleInUse);
+  }
+  EXPECT_NE(odrxGetClass(OD_T("OdDbGeoRect")), nullptr);
+  // Dropping the last reference lets the linker unload it.
+  extra.release();
+  EXPECT_TRUE(odrxDynamicLinker()->unloadModule(OD_T("CustEnts.tx")));
+  EXPECT_EQ(odrxGetClass(OD_T("OdDbGeoRect")), nullptr);
+}
+
+TEST(ToolPaths, DefaultModuleIsBesideTheExecutable) {
+  // The test program is built into the same folder as the application and the module.
+  EXPECT_EQ(realPath(executableDirectory()), realPath(CUSTENTS_BIN_DIR));
+  EXPECT_EQ(realPath(defaultModulePath()), realPath(kModulePath));
+}
+
+} // namespace
