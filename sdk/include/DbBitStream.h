@@ -14,7 +14,7 @@ public:
   /// Empties the stream and puts the read cursor at its start.
   void clear();
   /// Takes bytes to read from. A bitSize beyond what the bytes hold is cut to their length, so
-  /// the stream never claims bits it does not have.
+  /// the stream never claims bits it does not have; bytes past bitSize are dropped.
   void assign(const OdUInt8Array& bytes, OdUInt64 bitSize);
 
   /// The bytes that hold bitSize() bits; the unused low bits of the last byte are zero.

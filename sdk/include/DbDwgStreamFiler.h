@@ -18,7 +18,7 @@
 /// stream sets filerStatus() and every read from then on returns zero, empty or null without
 /// consuming anything, so a reader may check the status once after its last field.
 ///
-/// Value a wr call cannot encode (a string of more than 65535 units, an Int64 outside
+/// A value a wr call cannot encode (a string of more than 65535 units, an Int64 outside
 /// 0 .. 2^56 - 1) is refused: the status becomes eInvalidInput and the field's zero value is
 /// written instead, which keeps the stream in step with its reader.
 

@@ -57,6 +57,10 @@ OdRxModule* odrxCurrentInitModule();
 /// previous one so calls can nest.
 OdRxModule* odrxSetCurrentInitModule(OdRxModule* module);
 
+/// The loaded module whose image contains `address` (a function or static object of its code),
+/// or null.
+OdRxModule* odrxModuleContaining(const void* address);
+
 /// The file name of the shared object that contains `address`, from the loader; empty if none.
 OdString odrxFileNameOfAddress(const void* address);
 

@@ -13,10 +13,10 @@
 
 namespace {
 // Two-bit prefixes of BS, BL and BD.
-constexpr OdUInt32 kPrefixFull = 0;    // the full-width value follows
-constexpr OdUInt32 kPrefixByte = 1;    // BS, BL: an unsigned byte follows; BD: 1.0
-constexpr OdUInt32 kPrefixZero = 2;    // the value is zero
-constexpr OdUInt32 kPrefixSpecial = 3; // BS: 256; BL, BD: not used
+constexpr OdUInt32 kPrefixFull = 0; // the full-width value follows
+constexpr OdUInt32 kPrefixByte = 1; // BS, BL: an unsigned byte follows; BD: 1.0
+constexpr OdUInt32 kPrefixZero = 2; // the value is zero
+constexpr OdUInt32 kPrefix256 = 3;  // BS: 256; BL, BD: not used
 
 // CMC flag bits: which names follow in the string stream.
 constexpr OdUInt8 kColorNameFollows = 1;
@@ -185,7 +185,7 @@ void OdDbDwgStreamFiler::writeBS(OdDbBitStream& stream, OdUInt16 value) {
   if (value == 0) {
     stream.writeBits(kPrefixZero, 2);
   } else if (value == 256) {
-    stream.writeBits(kPrefixSpecial, 2);
+    stream.writeBits(kPrefix256, 2);
   } else if (value < 256) {
     stream.writeBits(kPrefixByte, 2);
     stream.writeByte(static_cast<OdUInt8>(value));

@@ -179,6 +179,18 @@ OdStringArray OdRxDynamicLinker::loadedModuleNames() const {
   return names;
 }
 
+OdRxModule* odrxModuleContaining(const void* address) {
+  const void* base = imageBase(address);
+  if (!base)
+    return nullptr;
+  for (const LoadedModule& loaded : loadedModules()) {
+    const void* entry = dlsym(loaded.handle, "odrxCreateModuleObject");
+    if (imageBase(entry) == base)
+      return loaded.module;
+  }
+  return nullptr;
+}
+
 OdRxDynamicLinker* odrxDynamicLinker() {
   static OdRxDynamicLinker linker;
   return &linker;

@@ -75,7 +75,12 @@ OdRxClass* newOdRxClass(const OdString& className, OdRxClass* parentClass,
   cls->m_dxfName = dxfName;
   cls->m_appName = appName;
   cls->m_appNameChange = appNameChange;
+  // The module being initialised owns the class; a class registered outside that (a module
+  // re-initialised by its host, or a class a host registers from a module's exported members)
+  // belongs to the loaded module whose code holds its pseudo-constructor.
   cls->m_module = odrxCurrentInitModule();
+  if (!cls->m_module && constructor)
+    cls->m_module = odrxModuleContaining(reinterpret_cast<const void*>(constructor));
   cls->m_userData = userData;
 
   reg.ordered.push_back(cls);

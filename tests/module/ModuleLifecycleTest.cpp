@@ -1,0 +1,174 @@
+// Loading, initialising, unloading: the module's life as the platform drives it.
+
+#include "ModuleFixture.h"
+
+#include "DbLine.h"
+#include "EntEditTextOper.h"
+#include "PropertyPE.h"
+#include "RxObjectImpl.h"
+
+#include <dlfcn.h>
+
+namespace {
+
+using ModuleLifecycle = LoadedModule;
+
+OdResult codeOf(void (*action)()) {
+  try {
+    action();
+  } catch (const OdError& err) {
+    return err.code();
+  }
+  return eOk;
+}
+
+TEST_F(ModuleLifecycle, EntryPointsGiveVersionOneAndOneModuleObject) {
+  void* handle = module->sysData();
+  ASSERT_NE(handle, nullptr);
+  auto getVersion = reinterpret_cast<OdrxGetAPIVersionFn>(dlsym(handle, "odrxGetAPIVersion"));
+  auto create = reinterpret_cast<OdrxCreateModuleObjectFn>(dlsym(handle, "odrxCreateModuleObject"));
+  ASSERT_NE(getVersion, nullptr);
+  ASSERT_NE(create, nullptr);
+
+  unsigned version[4] = {9, 9, 9, 9};
+  EXPECT_EQ(getVersion(version[0], version[1], version[2], version[3]), 0);
+  EXPECT_EQ(version[0], 1u);
+  EXPECT_EQ(version[1] + version[2] + version[3], 0u);
+
+  // A second creation returns the same object and leaves the handle argument alone.
+  int marker = 0;
+  void* handleArgument = &marker;
+  EXPECT_EQ(create(&handleArgument), module.get());
+  EXPECT_EQ(handleArgument, &marker);
+}
+
+TEST_F(ModuleLifecycle, FileNameComesFromTheLoader) {
+  const std::string fileName = utf8(module->fileName());
+  ASSERT_GE(fileName.size(), 11u);
+  EXPECT_EQ(fileName.substr(fileName.size() - 11), "CustEnts.tx");
+  EXPECT_EQ(module->moduleName(), OD_T("CustEnts.tx"));
+}
+
+TEST_F(ModuleLifecycle, LocksTheDatabaseModuleOnceWhileInitialised) {
+  OdRxModule* database = odrxDatabaseModule();
+  ASSERT_NE(database, nullptr);
+  EXPECT_EQ(database->numRefs(), 1);
+  module->uninitApp();
+  EXPECT_EQ(database->numRefs(), 0);
+  module->initApp();
+  EXPECT_EQ(database->numRefs(), 1);
+}
+
+TEST_F(ModuleLifecycle, SecondInitialisationRaises313AndKeepsWhatIsRegistered) {
+  const int editors = EntEditTextOper::count();
+  OdRxModule* raw = module.get();
+  try {
+    raw->initApp();
+    FAIL() << "a second initApp must not succeed";
+  } catch (const OdError& err) {
+    EXPECT_EQ(err.code(), 313);
+  }
+  EXPECT_EQ(moduleClasses().size(), 57u);
+  EXPECT_EQ(odrxDatabaseModule()->numRefs(), 1);
+  EXPECT_EQ(EntEditTextOper::count(), editors);
+}
+
+TEST_F(ModuleLifecycle, SecondUninitialisationRaises255) {
+  module->uninitApp();
+  EXPECT_EQ(moduleClasses().size(), 0u);
+  try {
+    module->uninitApp();
+    FAIL() << "unregistering unregistered classes must not succeed";
+  } catch (const OdError& err) {
+    EXPECT_EQ(err.code(), 255);
+  }
+  module->initApp(); // back to a loaded state for the fixture's unload
+  EXPECT_EQ(moduleClasses().size(), 57u);
+}
+
+TEST_F(ModuleLifecycle, FurtherPipeKindsCanBeRegisteredByTheHost) {
+  void* handle = module->sysData();
+  auto rxInit = reinterpret_cast<void (*)()>(dlsym(handle, "_ZN14DecorationDuct6rxInitEv"));
+  auto rxUninit = reinterpret_cast<void (*)()>(dlsym(handle, "_ZN14DecorationDuct8rxUninitEv"));
+  ASSERT_NE(rxInit, nullptr);
+  ASSERT_NE(rxUninit, nullptr);
+  rxInit();
+  OdRxClass* duct = odrxGetClass(OD_T("DecorationDuct"));
+  ASSERT_NE(duct, nullptr);
+  EXPECT_EQ(duct->myParent()->name(), OD_T("DecorationPipe"));
+  EXPECT_EQ(duct->dxfName(), OD_T("DECORATIONDUCT"));
+  EXPECT_EQ(duct->proxyFlags(), 3071u);
+  EXPECT_EQ(duct->getClassVersion(), 33);
+  EXPECT_EQ(codeOf(rxInit), 313);
+  rxUninit();
+  EXPECT_EQ(odrxGetClass(OD_T("DecorationDuct")), nullptr);
+  EXPECT_EQ(codeOf(rxUninit), 255);
+}
+
+/// A host-side property extension on a platform class, which unloading must leave alone.
+class HostLinePropertyPE : public PropertyPE {};
+
+TEST(ModuleUnload, RemovesItsClassesAndCallbacksAndNothingElse) {
+  odInitialize();
+  odHostExtendInitialize();
+  static OdStaticRxObject<HostLinePropertyPE> hostLineExtension;
+  OdDbLine::desc()->addX(PropertyPE::desc(), &hostLineExtension);
+  const unsigned platformClasses = odrxRegisteredClasses().size();
+  const int editors = EntEditTextOper::count();
+
+  OdRxModulePtr module = odrxDynamicLinker()->loadModule(moduleFilePath());
+  EXPECT_EQ(odrxRegisteredClasses().size(), platformClasses + 57);
+  EXPECT_EQ(EntEditTextOper::count(), editors + 1);
+  OdStringArray names;
+  for (OdRxClass* cls : odrxRegisteredClasses())
+    if (cls->module() == module.get())
+      names.append(cls->name());
+  const OdString moduleName = module->moduleName();
+  module = nullptr;
+  EXPECT_TRUE(odrxDynamicLinker()->unloadModule(moduleName));
+
+  for (const OdString& name : names)
+    EXPECT_EQ(odrxGetClass(name), nullptr) << utf8(name);
+  EXPECT_EQ(odrxRegisteredClasses().size(), platformClasses);
+  EXPECT_EQ(EntEditTextOper::count(), editors);
+  EXPECT_EQ(odrxDatabaseModule()->numRefs(), 0);
+  EXPECT_EQ(OdDbLine::desc()->getX(PropertyPE::desc()).get(), &hostLineExtension);
+
+  OdDbLine::desc()->delX(PropertyPE::desc());
+  odHostExtendUninitialize();
+  odUninitialize();
+}
+
+TEST(ModuleUnload, ThousandCyclesLeaveNothingBehind) {
+  odInitialize();
+  odHostExtendInitialize();
+  const unsigned platformClasses = odrxRegisteredClasses().size();
+  const int editors = EntEditTextOper::count();
+  for (int cycle = 0; cycle < 1000; ++cycle) {
+    OdRxModulePtr module = odrxDynamicLinker()->loadModule(moduleFilePath());
+    const OdString name = module->moduleName();
+    module = nullptr;
+    ASSERT_TRUE(odrxDynamicLinker()->unloadModule(name)) << "cycle " << cycle;
+  }
+  EXPECT_EQ(odrxRegisteredClasses().size(), platformClasses);
+  EXPECT_EQ(EntEditTextOper::count(), editors);
+  EXPECT_EQ(odrxDatabaseModule()->numRefs(), 0);
+  EXPECT_TRUE(odrxDynamicLinker()->loadedModuleNames().isEmpty());
+  odHostExtendUninitialize();
+  odUninitialize();
+}
+
+TEST(ModuleWithoutPlatform, RefusesToInitialiseWith255AndRegistersNothing) {
+  const int editors = EntEditTextOper::count();
+  try {
+    odrxDynamicLinker()->loadModule(moduleFilePath());
+    FAIL() << "the module must not initialise without the platform's database classes";
+  } catch (const OdError& err) {
+    EXPECT_EQ(err.code(), 255);
+  }
+  EXPECT_EQ(odrxRegisteredClasses().size(), 0u);
+  EXPECT_EQ(EntEditTextOper::count(), editors);
+  EXPECT_TRUE(odrxDynamicLinker()->loadedModuleNames().isEmpty());
+}
+
+} // namespace

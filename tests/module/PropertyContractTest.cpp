@@ -1,0 +1,186 @@
+// The module's property extensions as the host's property grid drives them.
+
+#include "ModuleFixture.h"
+
+#include "DbBlockTable.h"
+#include "DbDatabase.h"
+#include "DbLine.h"
+#include "EntEditTextOper.h"
+#include "MenuTables.h"
+#include "PropertyGridName.h"
+#include "PropertyPE.h"
+
+namespace {
+
+class PropertyContract : public LoadedModule {
+protected:
+  void SetUp() override {
+    LoadedModule::SetUp();
+    db = OdDbDatabase::createObject();
+  }
+  void TearDown() override {
+    db = nullptr;
+    LoadedModule::TearDown();
+  }
+
+  /// A new entity of the class, added to model space and open for write.
+  OdDbEntityPtr addEntity(const OdString& className) {
+    OdDbEntityPtr entity = OdDbEntity::cast(odrxGetClass(className)->create());
+    OdDbBlockTableRecordPtr space =
+        OdDbBlockTableRecord::cast(db->getModelSpaceId().safeOpenObject(OdDb::kForWrite));
+    space->appendOdDbEntity(entity);
+    return entity;
+  }
+  static PropertyPEPtr extensionOf(const OdString& className) {
+    return PropertyPE::cast(odrxGetClass(className)->getX(PropertyPE::desc()));
+  }
+
+  OdDbDatabasePtr db;
+};
+
+TEST_F(PropertyContract, EveryExtensionServesTheCommonGroupThroughTheHost) {
+  int checked = 0;
+  for (OdRxClass* cls : moduleClasses()) {
+    PropertyPEPtr pe = PropertyPE::cast(cls->getX(PropertyPE::desc()));
+    if (pe.isNull())
+      continue;
+    SCOPED_TRACE(utf8(cls->name()));
+    OdDbEntityPtr entity = addEntity(cls->name());
+    EXPECT_EQ(pe->getPropertyCount(), 1);
+    const entityProperty common = pe->getPropertyByeId(entity, 0);
+    EXPECT_EQ(common.flag, 1);
+    EXPECT_EQ(common.name, PropertyGridName::_propertycommonyname);
+    EXPECT_EQ(common.count, 5);
+    const propAttribute colour = pe->getPropAttributeByeId(entity, 0, 0);
+    EXPECT_EQ(colour.name, OD_T("颜色"));
+    EXPECT_EQ(colour.editorKind, 1);
+    EXPECT_EQ(colour.value.getUInt32(), entity->color().color());
+    EXPECT_EQ(pe->getPropAttributeByeId(entity, 0, 1).value.getString(), OD_T("0"));
+    // Beyond the five common rows and beyond the groups: empty records.
+    EXPECT_TRUE(pe->getPropAttributeByeId(entity, 0, 5).name.isEmpty());
+    EXPECT_TRUE(pe->getPropAttributeByeId(entity, 1, 0).name.isEmpty());
+    EXPECT_FALSE(pe->getEntityName(entity).isEmpty());
+    ++checked;
+  }
+  EXPECT_EQ(checked, 41);
+}
+
+TEST_F(PropertyContract, DisplayNamesOfTheEntities) {
+  struct Row {
+    const char16_t* className;
+    const char16_t* displayName;
+  } rows[] = {{u"OdDbDimCoor", u"坐标标注"},   {u"OdDbGeoRect", u"矩形"},
+              {u"OdDbGeo3dRect", u"矩形"},     {u"OdDbGeoTriangle", u"三角形"},
+              {u"OdDbGeoPolygon", u"多边形"},  {u"DecorationPipe", u"水管"},
+              {u"DecorationPipeHot", u"热水管"}, {u"DbPipeWireway", u"管线"},
+              {u"DbCoverPolyLine", u"多段线"}, {u"OdDbPipeLine", u"防护管线"},
+              {u"OdDbFreePen", u"手绘线"},     {u"OdDbCompass", u"指北针"},
+              {u"OdDbBuildHeight", u"标高标注"}, {u"OdDbSymmetryAxis", u"对称轴"},
+              {u"OdDb3dArrow", u"箭头"},       {u"OdDbDivPoint", u"点"}};
+  for (const Row& row : rows) {
+    OdDbEntityPtr entity = addEntity(row.className);
+    EXPECT_EQ(extensionOf(row.className)->getEntityName(entity), OdString(row.displayName))
+        << utf8(row.className);
+  }
+}
+
+TEST_F(PropertyContract, WrongEntityClassRaisesNotThatKindOfClass) {
+  PropertyPEPtr rect = extensionOf(OD_T("OdDbGeoRect"));
+  OdDbEntityPtr triangle = addEntity(OD_T("OdDbGeoTriangle"));
+  OdVariant colour;
+  colour.setInt32(static_cast<OdInt32>(0xC3000001));
+  for (int group : {0, 1}) {
+    try {
+      rect->getPropAttributeByeId(triangle, group, 0);
+      ADD_FAILURE() << "get in group " << group;
+    } catch (const OdError_NotThatKindOfClass& err) {
+      EXPECT_EQ(err.objectClass(), odrxGetClass(OD_T("OdDbGeoTriangle")));
+      EXPECT_EQ(err.wantedClass(), odrxGetClass(OD_T("OdDbGeoRect")));
+    }
+    EXPECT_THROW(rect->setPropAttributeByeId(triangle, colour, group, 0), OdError_NotThatKindOfClass);
+  }
+  // A class derived from the extension's class is accepted: the hot pipe on the pipe's page.
+  OdDbEntityPtr hot = addEntity(OD_T("DecorationPipeHot"));
+  EXPECT_NO_THROW(extensionOf(OD_T("DecorationPipe"))->getPropAttributeByeId(hot, 0, 0));
+}
+
+TEST_F(PropertyContract, NullEntityReadsEmptyAndCannotBeSet) {
+  PropertyPEPtr pe = extensionOf(OD_T("OdDbGeoRect"));
+  const propAttribute record = pe->getPropAttributeByeId(nullptr, 0, 0);
+  EXPECT_TRUE(record.name.isEmpty());
+  EXPECT_TRUE(record.tip.isEmpty());
+  EXPECT_EQ(record.value.type(), OdVariant::kVoid);
+  OdVariant value;
+  value.setInt32(1);
+  EXPECT_FALSE(pe->setPropAttributeByeId(nullptr, value, 0, 0));
+}
+
+TEST_F(PropertyContract, SetsCommonRowsAndRefusesWrongValueTypes) {
+  PropertyPEPtr pe = extensionOf(OD_T("OdDbGeoRect"));
+  OdDbEntityPtr rect = addEntity(OD_T("OdDbGeoRect"));
+  const OdUInt32 red = 0xC3000001;
+
+  OdVariant asString;
+  asString.setString(OD_T("1"));
+  EXPECT_FALSE(pe->setPropAttributeByeId(rect, asString, 0, 0));
+  EXPECT_TRUE(rect->color().isByLayer());
+
+  OdVariant colour;
+  colour.setInt32(static_cast<OdInt32>(red));
+  EXPECT_TRUE(pe->setPropAttributeByeId(rect, colour, 0, 0));
+  EXPECT_EQ(rect->color().color(), red);
+
+  struct Unknown {
+    int group;
+    int row;
+  } unknown[] = {{0, 5}, {0, 99}, {1, 0}, {7, 3}, {-1, 0}};
+  for (const Unknown& place : unknown) {
+    OdVariant blue;
+    blue.setInt32(static_cast<OdInt32>(0xC3000005));
+    EXPECT_TRUE(pe->setPropAttributeByeId(rect, blue, place.group, place.row))
+        << place.group << "/" << place.row;
+    EXPECT_EQ(rect->color().color(), red);
+  }
+}
+
+TEST_F(PropertyContract, DimensionMenuCopiesTheHostEntriesInOrderAndSkipsMissingIds) {
+  PropertyPEPtr pe = extensionOf(OD_T("OdDbDimCoor"));
+  const std::vector<int> saved = vdimMenus;
+  const int missing = 987654;
+  ASSERT_EQ(g_mapAllRMenu.count(missing), 0u);
+  vdimMenus.insert(vdimMenus.begin() + static_cast<long>(vdimMenus.size() / 2), missing);
+
+  std::vector<EntMenuData> menus;
+  EXPECT_TRUE(pe->GetRMenus(menus));
+  std::vector<int> expected;
+  for (int id : saved)
+    if (g_mapAllRMenu.count(id))
+      expected.push_back(id);
+  std::vector<int> got;
+  for (const EntMenuData& entry : menus) {
+    got.push_back(entry.id);
+    EXPECT_EQ(entry.text, g_mapAllRMenu.at(entry.id).text);
+  }
+  vdimMenus = saved;
+  EXPECT_FALSE(expected.empty());
+  EXPECT_EQ(got, expected);
+
+  // An extension without a menu of its own offers none.
+  std::vector<EntMenuData> none;
+  EXPECT_TRUE(extensionOf(OD_T("DecorationPipe"))->GetRMenus(none));
+  EXPECT_TRUE(none.empty());
+}
+
+TEST_F(PropertyContract, TextEditingCallbacksClaimNoEntityYet) {
+  for (const char16_t* name : {u"OdDbAnnotate", u"OdDbDimCoor", u"OdDbNewDimCoor", u"OdDbGeoRect"}) {
+    OdDbEntityPtr entity = addEntity(name);
+    OdSmartPtr<OdDbEntity> text;
+    int kind = 7;
+    EXPECT_FALSE(EntEditTextOper::pickText(entity, OdGePoint3d(), text, kind)) << utf8(name);
+    EXPECT_TRUE(text.isNull());
+    EXPECT_EQ(kind, 7);
+    EXPECT_FALSE(EntEditTextOper::commitText(entity, entity, OD_T("x"), OdDbEntityPtr()));
+  }
+}
+
+} // namespace
