@@ -49,6 +49,7 @@ class OdDbEntity : public OdDbObject {
   OdCmColor color() const;
   virtual void setColor(const OdCmColor& color, bool doSubents = true);
   OdUInt16 colorIndex() const;
+  /// Throws OdError(eInvalidInput) for an index above 256, leaving the colour as it was.
   void setColorIndex(OdUInt16 colorIndex, bool doSubents = true);
   OdCmEntityColor entityColor() const;
 

@@ -55,7 +55,9 @@ OdUInt16 OdDbEntity::colorIndex() const {
 
 void OdDbEntity::setColorIndex(OdUInt16 colorIndex, bool doSubents) {
   OdCmColor color;
-  color.setColorIndex(colorIndex);
+  // A refused index would otherwise leave the default colour (ByLayer) in `color`.
+  if (color.setColorIndex(colorIndex) != eOk)
+    throw OdError(eInvalidInput, OD_T("Not a colour index (0 to 256)"));
   setColor(color, doSubents);
 }
 

@@ -106,7 +106,15 @@ OdRxModulePtr OdRxDynamicLinker::loadModule(const OdString& path) {
   }
 
   void* handleArg = handle;
-  OdRxModule* module = createModule(&handleArg);
+  OdRxModule* module = nullptr;
+  try {
+    module = createModule(&handleArg);
+  } catch (...) {
+    // Out of memory for the module object (std::bad_alloc) or a module that throws while
+    // creating it: the library must not stay open behind the caller's back.
+    dlclose(handle);
+    throw;
+  }
   if (!module) {
     dlclose(handle);
     throw OdError(eInvalidModule, OD_T("Module ") + path + OD_T(" created no module object"));

@@ -13,6 +13,7 @@
 
 #include <exception>
 #include <iostream>
+#include <string>
 #include <vector>
 
 #ifndef CUSTENTS_VERSION

@@ -7,7 +7,7 @@
 
 #include <vector>
 
-namespace {
+namespace rx_class_test {
 
 // ---------------------------------------------------------------------------------------------
 // The class dictionary, driven through newOdRxClass/deleteOdRxClass.
@@ -397,4 +397,4 @@ TEST_F(RxMacroTest, XThrowsNotThatKindOfClassForAnUnrelatedProtocol) {
   EXPECT_EQ(1, square->numRefs());
 }
 
-} // namespace
+} // namespace rx_class_test

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-namespace {
+namespace rx_smart_ptr_test {
 
 class RxSpAnimal : public OdRxObject {
   ODRX_DECLARE_MEMBERS(RxSpAnimal);
@@ -39,6 +39,9 @@ ODRX_DEFINE_INIT_MEMBERS(RxSpStone, OdRxObject::desc(), &RxSpStone::pseudoConstr
                          OdString::kEmpty, OdString::kEmpty)
 OdRxObjectPtr RxSpStone::pseudoConstructor() { return OdRxObjectImpl<RxSpStone>::createObject(); }
 
+/// A process-wide object, as a module's protocol extensions are.
+OdStaticRxObject<RxSpDog> g_fixedDog;
+
 typedef OdSmartPtr<RxSpAnimal> AnimalPtr;
 typedef OdSmartPtr<RxSpDog> DogPtr;
 typedef OdSmartPtr<RxSpStone> StonePtr;
@@ -55,7 +58,10 @@ protected:
     RxSpDog::rxUninit();
     RxSpAnimal::rxUninit();
   }
-  void TearDown() override { EXPECT_EQ(0, RxSpAnimal::s_live) << "objects leaked"; }
+  void SetUp() override { m_liveAtStart = RxSpAnimal::s_live; }
+  void TearDown() override { EXPECT_EQ(m_liveAtStart, RxSpAnimal::s_live) << "objects leaked"; }
+
+  int m_liveAtStart = 0;
 };
 
 TEST_F(SmartPtrTest, ImplObjectIsDeletedWhenTheLastReferenceGoes) {
@@ -79,28 +85,30 @@ TEST_F(SmartPtrTest, ImplObjectIsDeletedWhenTheLastReferenceGoes) {
   EXPECT_EQ(1, raw->numRefs()) << "detach hands the reference over";
   DogPtr attached(raw, kOdRxObjAttach);
   EXPECT_EQ(1, attached->numRefs());
-  EXPECT_EQ(1, RxSpAnimal::s_live);
+  EXPECT_EQ(m_liveAtStart + 1, RxSpAnimal::s_live);
   attached = nullptr;
-  EXPECT_EQ(0, RxSpAnimal::s_live);
+  EXPECT_EQ(m_liveAtStart, RxSpAnimal::s_live);
 }
 
 TEST_F(SmartPtrTest, AssignmentKeepsCountsRight) {
   DogPtr a = RxSpDog::createObject();
   DogPtr b = RxSpDog::createObject();
   RxSpDog* first = a.get();
-  a = a; // self-assignment must not drop the object
+  DogPtr& alias = a;
+  a = alias; // self-assignment must not drop the object
   EXPECT_EQ(1, first->numRefs());
   a = b;
   EXPECT_EQ(2, b->numRefs());
-  EXPECT_EQ(1, RxSpAnimal::s_live) << "the first object went with its last reference";
+  EXPECT_EQ(m_liveAtStart + 1, RxSpAnimal::s_live)
+      << "the first object went with its last reference";
   b.release();
   EXPECT_EQ(1, a->numRefs());
   a = static_cast<const RxSpDog*>(nullptr);
-  EXPECT_EQ(0, RxSpAnimal::s_live);
+  EXPECT_EQ(m_liveAtStart, RxSpAnimal::s_live);
 }
 
 TEST_F(SmartPtrTest, StaticObjectIsNeverDeleted) {
-  static OdStaticRxObject<RxSpDog> fixed;
+  OdStaticRxObject<RxSpDog>& fixed = g_fixedDog;
   const int live = RxSpAnimal::s_live;
   {
     DogPtr one(&fixed);
@@ -156,4 +164,4 @@ TEST_F(SmartPtrTest, ConversionToAnUnrelatedClassThrows) {
   });
 }
 
-} // namespace
+} // namespace rx_smart_ptr_test
