@@ -70,14 +70,26 @@ OdDbDatabase::OdDbDatabase() : m_stubs(new Stubs) {
 
 OdDbDatabase::~OdDbDatabase() {
   // Objects that outlive their database through someone's pointer become free-standing.
+  bool outlived = false;
   for (OdDbStub& stub : m_stubs->storage) {
     if (stub.object) {
+      outlived = outlived || stub.object->m_refs > 1;
       stub.object->m_stub = nullptr;
+      stub.object->m_database = nullptr;
       stub.object->m_openMode = OdDb::kForWrite;
     }
   }
   for (OdDbStub& stub : m_stubs->storage)
     stub.object = nullptr;
+  if (outlived) {
+    // The survivors still hold ids of this database (owner, layer, linetype). Their stubs are
+    // kept, emptied and detached, so those ids read as invalid instead of pointing into freed
+    // memory. Kept until the process ends; only drawings whose objects outlive them cost this.
+    static std::vector<std::unique_ptr<Stubs>> orphaned;
+    for (OdDbStub& stub : m_stubs->storage)
+      stub.database = nullptr;
+    orphaned.push_back(std::move(m_stubs));
+  }
 }
 
 OdDbStub* OdDbDatabase::newStub(const OdDbHandle& handle) {

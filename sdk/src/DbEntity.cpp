@@ -225,11 +225,143 @@ void OdDbEntity::dwgOutFields(OdDbDwgFiler* filer) const {
   filer->wrUInt8(static_cast<OdUInt8>(odLineWeightToDwgIndex(m_lineWeight)));
 }
 
+// DXF: subclass "AcDbEntity", then 8 layer, 6 linetype (when not ByLayer), 62 colour number
+// (when not by layer; a true colour's nearest palette entry), 420 RGB of a true colour,
+// 370 lineweight (always, as AC1015 and later files have it), 48 linetype scale (when not 1),
+// 60 1 when invisible. With includesDefaultValues() the defaults are written too (6 ByLayer,
+// 62 256, 48 1.0, 60 0). A colour without a number (none, layer off or frozen) writes no 62
+// and reads back by layer.
+//
+// Reading takes the groups in any order up to the next subclass marker, gives a group that is
+// absent its DXF default (layer "0", linetype ByLayer, colour by layer, lineweight by layer,
+// scale 1, visible) and changes the entity only when the whole block is valid. Names are looked
+// up in the entity's database, or, for an entity not yet in one, the filer's; without either
+// only the default names "0" and "ByLayer" are accepted (they leave the ids null, which the
+// entity reports as those names). An unknown name gives eKeyNotFound, a value out of range
+// eInvalidDxfCode.
+
 OdResult OdDbEntity::dxfInFields(OdDbDxfFiler* filer) {
-  return OdDbObject::dxfInFields(filer);
+  const OdResult base = OdDbObject::dxfInFields(filer);
+  if (base != eOk)
+    return base;
+  if (!filer->atSubclassData(OD_T("AcDbEntity")))
+    return eInvalidDxfCode;
+
+  OdString layerName = OD_T("0");
+  OdString linetypeName = OD_T("ByLayer");
+  OdInt16 colorIndex = OdCmEntityColor::kACIbyLayer;
+  bool hasTrueColor = false;
+  OdInt32 rgb = 0;
+  OdInt16 lineWeight = OdDb::kLnWtByLayer;
+  double scale = 1.0;
+  OdInt16 visibility = OdDb::kVisible;
+  bool more = true;
+  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
+    switch (filer->nextItem()) {
+    case 8:
+      layerName = filer->rdString();
+      break;
+    case 6:
+      linetypeName = filer->rdString();
+      break;
+    case 62:
+      colorIndex = filer->rdInt16();
+      break;
+    case 420:
+      rgb = filer->rdInt32();
+      hasTrueColor = true;
+      break;
+    case 370:
+      lineWeight = filer->rdInt16();
+      break;
+    case 48:
+      scale = filer->rdDouble();
+      break;
+    case 60:
+      visibility = filer->rdInt16();
+      break;
+    case 100:
+      // The data of a derived class begins: leave it to that class.
+      filer->pushBackItem();
+      more = false;
+      break;
+    default:
+      break;
+    }
+  }
+  if (filer->filerStatus() != eOk)
+    return filer->filerStatus();
+
+  // 62 is checked even when 420 overrides it: a bad number means a bad block.
+  OdCmColor color;
+  if (colorIndex < 0 || color.setColorIndex(static_cast<OdUInt16>(colorIndex)) != eOk ||
+      (hasTrueColor && (rgb < 0 || rgb > 0xFFFFFF)))
+    return eInvalidDxfCode;
+  if (hasTrueColor)
+    color.setRGB(static_cast<OdUInt8>(rgb >> 16), static_cast<OdUInt8>(rgb >> 8),
+                 static_cast<OdUInt8>(rgb));
+  if (!odIsValidLineWeight(lineWeight) || !std::isfinite(scale) || scale <= 0.0 ||
+      (visibility != OdDb::kVisible && visibility != OdDb::kInvisible))
+    return eInvalidDxfCode;
+
+  OdDbDatabase* db = database() ? database() : filer->database();
+  // The record of a name in one of db's tables; false when there is none.
+  auto lookUp = [db](OdDbObjectId tableId, const OdString& name, const OdChar* defaultName,
+                     OdDbObjectId& id) {
+    if (!db) {
+      id = OdDbObjectId();
+      return name.iCompare(defaultName) == 0;
+    }
+    OdDbSymbolTablePtr table = OdDbSymbolTable::cast(tableId.openObject());
+    if (table.isNull())
+      return false;
+    id = table->getAt(name);
+    return !id.isNull();
+  };
+  OdDbObjectId layerId;
+  OdDbObjectId linetypeId;
+  if (!lookUp(db ? db->getLayerTableId() : OdDbObjectId(), layerName, OD_T("0"), layerId) ||
+      !lookUp(db ? db->getLinetypeTableId() : OdDbObjectId(), linetypeName, OD_T("ByLayer"),
+              linetypeId))
+    return eKeyNotFound;
+
+  m_layerId = layerId;
+  m_linetypeId = linetypeId;
+  m_color = color;
+  m_lineWeight = static_cast<OdDb::LineWeight>(lineWeight);
+  m_linetypeScale = scale;
+  m_visibility = visibility == OdDb::kInvisible ? OdDb::kInvisible : OdDb::kVisible;
+  return eOk;
 }
 
-void OdDbEntity::dxfOutFields(OdDbDxfFiler* filer) const { OdDbObject::dxfOutFields(filer); }
+void OdDbEntity::dxfOutFields(OdDbDxfFiler* filer) const {
+  OdDbObject::dxfOutFields(filer);
+  const bool defaults = filer->includesDefaultValues();
+  filer->wrSubclassMarker(OD_T("AcDbEntity"));
+  // An id whose record cannot be opened has no name to write; the default stands in for it.
+  const OdString layerName = layer();
+  filer->wrString(8, layerName.isEmpty() ? OdString(OD_T("0")) : layerName);
+  const OdString linetypeName = linetype();
+  if (!linetypeName.isEmpty() && linetypeName.iCompare(OD_T("ByLayer")) != 0)
+    filer->wrString(6, linetypeName);
+  else if (defaults)
+    filer->wrString(6, OD_T("ByLayer"));
+  const OdUInt16 colorIndex = m_color.colorIndex();
+  if (m_color.isByLayer()) {
+    if (defaults)
+      filer->wrInt16(62, OdCmEntityColor::kACIbyLayer);
+  } else if (colorIndex <= OdCmEntityColor::kACImaxStandard) {
+    filer->wrInt16(62, static_cast<OdInt16>(colorIndex));
+  }
+  if (m_color.isByColor())
+    filer->wrInt32(420, static_cast<OdInt32>((OdUInt32(m_color.red()) << 16) |
+                                             (OdUInt32(m_color.green()) << 8) | m_color.blue()));
+  filer->wrInt16(370, static_cast<OdInt16>(m_lineWeight));
+  if (m_linetypeScale != 1.0 || defaults)
+    filer->wrDouble(48, m_linetypeScale);
+  if (m_visibility == OdDb::kInvisible || defaults)
+    filer->wrInt16(60, m_visibility == OdDb::kInvisible ? 1 : 0);
+}
 
 // ---------------------------------------------------------------------------------------------
 // Platform defaults of the overridable operations.

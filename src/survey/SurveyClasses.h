@@ -1,16 +1,16 @@
 #ifndef CUSTENTS_SURVEY_CLASSES_H
 #define CUSTENTS_SURVEY_CLASSES_H
 
-// Survey classes without behaviour of their own yet (see dimensions/DimensionClasses.h).
+// The survey classes.
 
-#include "DbEntity.h"
-#include "dimensions/DimensionClasses.h"
+#include "OdDbGeo3dRect.h"
+#include "OdDbGeoPolygon.h"
+#include "OdDbGeoRect.h"
+#include "OdDbGeoTriangle.h"
+#include "OdDbMesuarData.h"
+#include "common/CustFiling.h"
 
-CUSTENTS_PLAIN_CLASS(OdDbGeoRect, OdDbEntity)
-CUSTENTS_PLAIN_CLASS(OdDbGeoTriangle, OdDbEntity)
-CUSTENTS_PLAIN_CLASS(OdDbGeoPolygon, OdDbEntity)
-CUSTENTS_PLAIN_CLASS(OdDbGeo3dRect, OdDbEntity)
-CUSTENTS_PLAIN_CLASS(OdDbMesuarData, OdDbEntity)
+/// The geo tag has no behaviour of its own.
 CUSTENTS_PLAIN_CLASS(OdDbGeoTag, OdDbEntity)
 
 #endif

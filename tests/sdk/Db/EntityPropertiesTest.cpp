@@ -375,8 +375,8 @@ TEST_F(EntityPropertiesTest, DefaultOperationsRefuseOrReportNothing) {
   points.append(origin);
   EXPECT_EQ(eNotApplicable, entity->getGripPoints(points));
   EXPECT_EQ(eNotApplicable, entity->getStretchPoints(points));
-  EXPECT_EQ(eNotApplicable, entity->getOsnapPoints(OdDb::kOsModeEnd, 0, origin, origin,
-                                                   OdGeMatrix3d(), points));
+  EXPECT_EQ(eNotApplicable,
+            entity->getOsnapPoints(OdDb::kOsModeEnd, 0, origin, origin, OdGeMatrix3d(), points));
   EXPECT_EQ(1u, points.size()) << "a refusal adds no points";
 
   OdDbGripDataPtrArray grips;

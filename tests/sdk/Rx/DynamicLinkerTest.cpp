@@ -28,7 +28,9 @@ std::string fixturePath(const char* fileName) {
   return std::string(CUSTENTS_BIN_DIR) + "/" + fileName;
 }
 
-OdString odPath(const std::string& path) { return OdString::fromUtf8(path); }
+OdString odPath(const std::string& path) {
+  return OdString::fromUtf8(path);
+}
 
 /// Whether the loader still has the library mapped (a leaked handle keeps it so).
 bool isMapped(const std::string& path) {
@@ -40,7 +42,8 @@ bool isMapped(const std::string& path) {
 }
 
 bool endsWith(const std::string& text, const std::string& tail) {
-  return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+  return text.size() >= tail.size() &&
+         text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
 
 bool contains(const OdString& text, const std::string& part) {

@@ -56,9 +56,9 @@ TEST(PlatformInitTest, DwgClassMapKnowsTheStandardTypeNumbers) {
     OdUInt16 type;
     OdRxClass* expected;
   } cases[] = {
-      {19, OdDbLine::desc()},     {27, OdDbPoint::desc()}, {77, OdDbPolyline::desc()},
-      {0, nullptr},               {18, nullptr},           {20, nullptr},
-      {78, nullptr},              {500, nullptr},          {65535, nullptr},
+      {19, OdDbLine::desc()}, {27, OdDbPoint::desc()}, {77, OdDbPolyline::desc()},
+      {0, nullptr},           {18, nullptr},           {20, nullptr},
+      {78, nullptr},          {500, nullptr},          {65535, nullptr},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.type);

@@ -44,7 +44,9 @@ std::vector<OdString> registeredAmong(std::initializer_list<const char16_t*> nam
   return result;
 }
 
-OdRxObjectPtr noConstructor() { return OdRxObjectPtr(); }
+OdRxObjectPtr noConstructor() {
+  return OdRxObjectPtr();
+}
 void renameForSave(const OdRxClass*, OdString&, int) {}
 
 TEST(RxDictionaryTest, NewClassKeepsItsRecordUntilDeleted) {
@@ -173,10 +175,11 @@ TEST(RxDictionaryTest, ParentChainAnswersIsDerivedFrom) {
     OdRxClass* ancestor;
     bool expected;
   } cases[] = {
-      {leaf, leaf, true},      {leaf, middle, true},    {leaf, base, true},
-      {leaf, OdRxObject::desc(), true},                 {base, leaf, false},
-      {middle, leaf, false},   {leaf, other, false},    {other, base, false},
-      {leaf, nullptr, false},  {OdRxObject::desc(), base, false},
+      {leaf, leaf, true},     {leaf, middle, true},
+      {leaf, base, true},     {leaf, OdRxObject::desc(), true},
+      {base, leaf, false},    {middle, leaf, false},
+      {leaf, other, false},   {other, base, false},
+      {leaf, nullptr, false}, {OdRxObject::desc(), base, false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.cls->name().toUtf8() + " from " +
@@ -251,14 +254,14 @@ class RxMacroTag : public OdRxObject {
 };
 
 ODRX_DEFINE_RTTI_MEMBERS(RxMacroShape, OdRxObject)
-ODRX_DEFINE_INIT_MEMBERS(RxMacroShape, OdRxObject::desc(), &RxMacroShape::pseudoConstructor, 33,
-                         55, 3071, OD_T("RXMACROSHAPE"), OD_T("RxMacroShape|Description:"))
+ODRX_DEFINE_INIT_MEMBERS(RxMacroShape, OdRxObject::desc(), &RxMacroShape::pseudoConstructor, 33, 55,
+                         3071, OD_T("RXMACROSHAPE"), OD_T("RxMacroShape|Description:"))
 OdRxObjectPtr RxMacroShape::pseudoConstructor() {
   return OdRxObjectImpl<RxMacroShape>::createObject();
 }
 ODRX_DEFINE_RTTI_MEMBERS(RxMacroSquare, RxMacroShape)
-ODRX_DEFINE_INIT_MEMBERS(RxMacroSquare, RxMacroShape::desc(), &RxMacroSquare::pseudoConstructor,
-                         33, 55, 3071, OD_T("RXMACROSQUARE"), OD_T("RxMacroSquare|Description:"))
+ODRX_DEFINE_INIT_MEMBERS(RxMacroSquare, RxMacroShape::desc(), &RxMacroSquare::pseudoConstructor, 33,
+                         55, 3071, OD_T("RXMACROSQUARE"), OD_T("RxMacroSquare|Description:"))
 OdRxObjectPtr RxMacroSquare::pseudoConstructor() {
   return OdRxObjectImpl<RxMacroSquare>::createObject();
 }
@@ -272,8 +275,8 @@ protected:
     RxMacroTag::rxInit();
   }
   void TearDown() override {
-    for (void (*uninit)() : {&RxMacroTag::rxUninit, &RxMacroSquare::rxUninit,
-                             &RxMacroShape::rxUninit}) {
+    for (void (*uninit)() :
+         {&RxMacroTag::rxUninit, &RxMacroSquare::rxUninit, &RxMacroShape::rxUninit}) {
       try {
         uninit();
       } catch (const OdError&) {
@@ -350,12 +353,9 @@ TEST_F(RxMacroTest, QueryXAnswersForOwnAndBaseClassesOnly) {
     OdRxClass* protocol;
     bool isThis;
   } cases[] = {
-      {"own class", RxMacroSquare::desc(), true},
-      {"C++ parent", RxMacroShape::desc(), true},
-      {"root", OdRxObject::desc(), true},
-      {"unrelated", RxMacroTag::desc(), false},
-      {"platform class", OdRxClass::desc(), false},
-      {"null", nullptr, false},
+      {"own class", RxMacroSquare::desc(), true},   {"C++ parent", RxMacroShape::desc(), true},
+      {"root", OdRxObject::desc(), true},           {"unrelated", RxMacroTag::desc(), false},
+      {"platform class", OdRxClass::desc(), false}, {"null", nullptr, false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);

@@ -36,7 +36,9 @@ class RxPeAnimal : public OdRxObject {
 ODRX_DEFINE_RTTI_MEMBERS(RxPeAnimal, OdRxObject)
 ODRX_DEFINE_INIT_MEMBERS(RxPeAnimal, OdRxObject::desc(), &RxPeAnimal::pseudoConstructor, 0, 0, 0,
                          OdString::kEmpty, OdString::kEmpty)
-OdRxObjectPtr RxPeAnimal::pseudoConstructor() { return OdRxObjectImpl<RxPeAnimal>::createObject(); }
+OdRxObjectPtr RxPeAnimal::pseudoConstructor() {
+  return OdRxObjectImpl<RxPeAnimal>::createObject();
+}
 
 class RxPeDog : public RxPeAnimal {
   ODRX_DECLARE_MEMBERS(RxPeDog);
@@ -44,7 +46,9 @@ class RxPeDog : public RxPeAnimal {
 ODRX_DEFINE_RTTI_MEMBERS(RxPeDog, RxPeAnimal)
 ODRX_DEFINE_INIT_MEMBERS(RxPeDog, RxPeAnimal::desc(), &RxPeDog::pseudoConstructor, 0, 0, 0,
                          OdString::kEmpty, OdString::kEmpty)
-OdRxObjectPtr RxPeDog::pseudoConstructor() { return OdRxObjectImpl<RxPeDog>::createObject(); }
+OdRxObjectPtr RxPeDog::pseudoConstructor() {
+  return OdRxObjectImpl<RxPeDog>::createObject();
+}
 
 typedef OdSmartPtr<RxPeProtocol> ProtocolPtr;
 

@@ -29,15 +29,21 @@ class RxSpStone : public OdRxObject {
 ODRX_DEFINE_RTTI_MEMBERS(RxSpAnimal, OdRxObject)
 ODRX_DEFINE_INIT_MEMBERS(RxSpAnimal, OdRxObject::desc(), &RxSpAnimal::pseudoConstructor, 0, 0, 0,
                          OdString::kEmpty, OdString::kEmpty)
-OdRxObjectPtr RxSpAnimal::pseudoConstructor() { return OdRxObjectImpl<RxSpAnimal>::createObject(); }
+OdRxObjectPtr RxSpAnimal::pseudoConstructor() {
+  return OdRxObjectImpl<RxSpAnimal>::createObject();
+}
 ODRX_DEFINE_RTTI_MEMBERS(RxSpDog, RxSpAnimal)
 ODRX_DEFINE_INIT_MEMBERS(RxSpDog, RxSpAnimal::desc(), &RxSpDog::pseudoConstructor, 0, 0, 0,
                          OdString::kEmpty, OdString::kEmpty)
-OdRxObjectPtr RxSpDog::pseudoConstructor() { return OdRxObjectImpl<RxSpDog>::createObject(); }
+OdRxObjectPtr RxSpDog::pseudoConstructor() {
+  return OdRxObjectImpl<RxSpDog>::createObject();
+}
 ODRX_DEFINE_RTTI_MEMBERS(RxSpStone, OdRxObject)
 ODRX_DEFINE_INIT_MEMBERS(RxSpStone, OdRxObject::desc(), &RxSpStone::pseudoConstructor, 0, 0, 0,
                          OdString::kEmpty, OdString::kEmpty)
-OdRxObjectPtr RxSpStone::pseudoConstructor() { return OdRxObjectImpl<RxSpStone>::createObject(); }
+OdRxObjectPtr RxSpStone::pseudoConstructor() {
+  return OdRxObjectImpl<RxSpStone>::createObject();
+}
 
 /// A process-wide object, as a module's protocol extensions are.
 OdStaticRxObject<RxSpDog> g_fixedDog;

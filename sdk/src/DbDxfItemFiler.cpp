@@ -1,0 +1,614 @@
+#include "DbDxfItemFiler.h"
+
+#include "DbDatabase.h"
+#include "Ge/GePoint2d.h"
+#include "Ge/GePoint3d.h"
+#include "Ge/GeVector2d.h"
+#include "Ge/GeVector3d.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+namespace {
+
+constexpr OdInt64 kInt16Min = std::numeric_limits<OdInt16>::min();
+constexpr OdInt64 kInt16Max = std::numeric_limits<OdInt16>::max();
+constexpr OdInt64 kInt32Min = std::numeric_limits<OdInt32>::min();
+constexpr OdInt64 kInt32Max = std::numeric_limits<OdInt32>::max();
+constexpr OdInt64 kInt64Min = std::numeric_limits<OdInt64>::min();
+constexpr OdInt64 kInt64Max = std::numeric_limits<OdInt64>::max();
+constexpr int kMaxHandleDigits = 16;
+
+bool isIntegerType(OdDbDxfItemFiler::ValueType type) {
+  return type == OdDbDxfItemFiler::kInt16 || type == OdDbDxfItemFiler::kInt32 ||
+         type == OdDbDxfItemFiler::kInt64 || type == OdDbDxfItemFiler::kBool;
+}
+
+/// The values an integer code's type can hold.
+void integerRange(OdDbDxfItemFiler::ValueType type, OdInt64& min, OdInt64& max) {
+  switch (type) {
+  case OdDbDxfItemFiler::kBool:
+    min = 0;
+    max = 1;
+    break;
+  case OdDbDxfItemFiler::kInt16:
+    min = kInt16Min;
+    max = kInt16Max;
+    break;
+  case OdDbDxfItemFiler::kInt32:
+    min = kInt32Min;
+    max = kInt32Max;
+    break;
+  default:
+    min = kInt64Min;
+    max = kInt64Max;
+    break;
+  }
+}
+
+/// The value's text without surrounding blanks, as 8-bit characters. Numbers, handles and hex
+/// are plain ASCII; anything else (a control character, a non-ASCII unit) makes it no number.
+bool numericText(const OdString& value, std::string& text) {
+  const std::u16string& units = value.str();
+  std::size_t first = 0;
+  std::size_t last = units.size();
+  while (first < last && (units[first] == u' ' || units[first] == u'\t'))
+    ++first;
+  while (last > first && (units[last - 1] == u' ' || units[last - 1] == u'\t'))
+    --last;
+  text.clear();
+  for (std::size_t i = first; i < last; ++i) {
+    if (units[i] < 0x21 || units[i] > 0x7E)
+      return false;
+    text.push_back(static_cast<char>(units[i]));
+  }
+  return true;
+}
+
+/// from_chars refuses a leading '+', which other writers may put before a number.
+const char* skipPlus(const std::string& text) {
+  const char* begin = text.data();
+  if (text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+')
+    ++begin;
+  return begin;
+}
+
+bool parseInteger(const OdString& value, OdInt64& result) {
+  std::string text;
+  if (!numericText(value, text) || text.empty())
+    return false;
+  const char* begin = skipPlus(text);
+  const char* end = text.data() + text.size();
+  long long parsed = 0;
+  const std::from_chars_result r = std::from_chars(begin, end, parsed);
+  if (r.ec != std::errc() || r.ptr != end)
+    return false;
+  result = parsed;
+  return true;
+}
+
+bool parseDouble(const OdString& value, double& result) {
+  std::string text;
+  if (!numericText(value, text) || text.empty())
+    return false;
+  const char* begin = skipPlus(text);
+  const char* end = text.data() + text.size();
+  double parsed = 0.0;
+  const std::from_chars_result r =
+      std::from_chars(begin, end, parsed, std::chars_format::general);
+  // Overflow ("1e999") is refused like any other text that is no finite double; so are "inf"
+  // and "nan", which no DXF reader would take.
+  if (r.ec != std::errc() || r.ptr != end || !std::isfinite(parsed))
+    return false;
+  result = parsed;
+  return true;
+}
+
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9')
+    return c - '0';
+  if (c >= 'A' && c <= 'F')
+    return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f')
+    return c - 'a' + 10;
+  return -1;
+}
+
+bool parseHandle(const OdString& value, OdDbHandle& result) {
+  std::string text;
+  if (!numericText(value, text) || text.empty() || text.size() > kMaxHandleDigits)
+    return false;
+  OdUInt64 parsed = 0;
+  for (char c : text) {
+    const int digit = hexDigit(c);
+    if (digit < 0)
+      return false;
+    parsed = (parsed << 4) | static_cast<OdUInt64>(digit);
+  }
+  result = OdDbHandle(parsed);
+  return true;
+}
+
+bool hasLineBreak(const OdString& value) {
+  const std::u16string& units = value.str();
+  return units.find(u'\n') != std::u16string::npos || units.find(u'\r') != std::u16string::npos;
+}
+
+} // namespace
+
+OdDbDxfItemFiler::ValueType OdDbDxfItemFiler::valueType(int code) {
+  if (code == 5 || code == 105)
+    return kHandle; // the object's own handle, and a dimension style's
+  if (code >= 0 && code <= 9)
+    return kString;
+  if (code >= 10 && code <= 59)
+    return kDouble;
+  if (code >= 60 && code <= 79)
+    return kInt16;
+  if (code >= 90 && code <= 99)
+    return kInt32;
+  if (code >= 100 && code <= 102)
+    return kString; // subclass marker, embedded object, control string
+  if (code >= 110 && code <= 149)
+    return kDouble;
+  if (code >= 160 && code <= 169)
+    return kInt64;
+  if (code >= 170 && code <= 179)
+    return kInt16;
+  if (code >= 210 && code <= 239)
+    return kDouble;
+  if (code >= 270 && code <= 289)
+    return kInt16;
+  if (code >= 290 && code <= 299)
+    return kBool;
+  if (code >= 300 && code <= 309)
+    return kString;
+  if (code >= 310 && code <= 319)
+    return kBinary;
+  if (code >= 320 && code <= 369)
+    return kHandle;
+  if (code >= 370 && code <= 389)
+    return kInt16;
+  if (code >= 390 && code <= 399)
+    return kHandle;
+  if (code >= 400 && code <= 409)
+    return kInt16;
+  if (code >= 410 && code <= 419)
+    return kString;
+  if (code >= 420 && code <= 429)
+    return kInt32;
+  if (code >= 430 && code <= 439)
+    return kString;
+  if (code >= 440 && code <= 459)
+    return kInt32;
+  if (code >= 460 && code <= 469)
+    return kDouble;
+  if (code >= 470 && code <= 479)
+    return kString;
+  if (code == 480 || code == 481)
+    return kHandle;
+  if (code == 999)
+    return kString; // comment
+  // Extended data.
+  if (code == 1004)
+    return kBinary;
+  if (code == 1005)
+    return kHandle;
+  if (code >= 1000 && code <= 1009)
+    return kString;
+  if (code >= 1010 && code <= 1059)
+    return kDouble;
+  if (code >= 1060 && code <= 1070)
+    return kInt16;
+  if (code == 1071)
+    return kInt32;
+  return kInvalidCode;
+}
+
+OdDbDxfItemFiler::OdDbDxfItemFiler() = default;
+
+OdDbDxfItemFiler::~OdDbDxfItemFiler() = default;
+
+void OdDbDxfItemFiler::openForWrite(OdDbDatabase* db, FilerType type) {
+  m_items.clear();
+  m_database = db;
+  m_filerType = type;
+  m_status = eOk;
+  m_reading = false;
+  m_next = 0;
+  m_current = kNoItem;
+}
+
+void OdDbDxfItemFiler::openForRead(const ItemArray& items, OdDbDatabase* db, FilerType type) {
+  m_items = items;
+  m_database = db;
+  m_filerType = type;
+  rewind();
+}
+
+void OdDbDxfItemFiler::rewind() {
+  m_status = eOk;
+  m_reading = true;
+  m_next = 0;
+  m_current = kNoItem;
+}
+
+void OdDbDxfItemFiler::setPrecision(int precision) {
+  m_precision = std::clamp(precision, 1, static_cast<int>(kMaxPrec));
+}
+
+void OdDbDxfItemFiler::fail(OdResult status) {
+  if (m_status == eOk)
+    m_status = status;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Walking the items
+
+int OdDbDxfItemFiler::nextItem() {
+  if (!m_reading) {
+    fail(eNotApplicable);
+    return -1;
+  }
+  if (m_next >= m_items.size()) {
+    m_current = kNoItem;
+    fail(eEndOfFile);
+    return -1;
+  }
+  m_current = m_next++;
+  return m_items[m_current].code;
+}
+
+void OdDbDxfItemFiler::pushBackItem() {
+  if (!m_reading || m_current == kNoItem)
+    return;
+  m_next = m_current;
+  m_current = kNoItem;
+}
+
+bool OdDbDxfItemFiler::atEOF() { return !m_reading || m_next >= m_items.size(); }
+
+bool OdDbDxfItemFiler::atSubclassData(const OdString& subClassName) {
+  if (atEOF())
+    return false;
+  const Item& item = m_items[m_next];
+  if (item.code != 100 || item.value != subClassName)
+    return false;
+  m_current = m_next++;
+  return true;
+}
+
+bool OdDbDxfItemFiler::atEndOfObject() { return atEOF() || m_items[m_next].code == 0; }
+
+// ---------------------------------------------------------------------------------------------
+// Reading values
+
+const OdDbDxfItemFiler::Item* OdDbDxfItemFiler::current() {
+  if (!m_reading || m_current == kNoItem) {
+    fail(eNotApplicable);
+    return nullptr;
+  }
+  return &m_items[m_current];
+}
+
+bool OdDbDxfItemFiler::readSigned(OdInt64 min, OdInt64 max, OdInt64& value) {
+  const Item* item = current();
+  if (!item)
+    return false;
+  OdInt64 parsed = 0;
+  if (!isIntegerType(valueType(item->code)) || !parseInteger(item->value, parsed) ||
+      parsed < min || parsed > max) {
+    fail(eInvalidDxfCode);
+    return false;
+  }
+  value = parsed;
+  return true;
+}
+
+OdString OdDbDxfItemFiler::rdString() {
+  const Item* item = current();
+  return item ? item->value : OdString();
+}
+
+bool OdDbDxfItemFiler::rdBool() {
+  OdInt64 value = 0;
+  return readSigned(0, 1, value) && value != 0;
+}
+
+OdInt8 OdDbDxfItemFiler::rdInt8() {
+  OdInt64 value = 0;
+  if (!readSigned(std::numeric_limits<OdInt8>::min(), std::numeric_limits<OdInt8>::max(), value))
+    return 0;
+  return static_cast<OdInt8>(value);
+}
+
+OdInt16 OdDbDxfItemFiler::rdInt16() {
+  OdInt64 value = 0;
+  return readSigned(kInt16Min, kInt16Max, value) ? static_cast<OdInt16>(value) : OdInt16(0);
+}
+
+OdInt32 OdDbDxfItemFiler::rdInt32() {
+  OdInt64 value = 0;
+  return readSigned(kInt32Min, kInt32Max, value) ? static_cast<OdInt32>(value) : OdInt32(0);
+}
+
+OdInt64 OdDbDxfItemFiler::rdInt64() {
+  OdInt64 value = 0;
+  return readSigned(kInt64Min, kInt64Max, value) ? value : OdInt64(0);
+}
+
+double OdDbDxfItemFiler::rdDouble() {
+  const Item* item = current();
+  if (!item)
+    return 0.0;
+  double value = 0.0;
+  if (valueType(item->code) != kDouble || !parseDouble(item->value, value)) {
+    fail(eInvalidDxfCode);
+    return 0.0;
+  }
+  return value;
+}
+
+bool OdDbDxfItemFiler::readCoordinates(int count, int optionalCount, double* coords) {
+  const Item* item = current();
+  if (!item)
+    return false;
+  const int code = item->code;
+  std::size_t used = 0;
+  for (int i = 0; i < count + optionalCount; ++i) {
+    const std::size_t index = m_current + used;
+    const bool present = index < m_items.size() && m_items[index].code == code + 10 * i;
+    if (!present) {
+      if (i < count) {
+        fail(eInvalidDxfCode);
+        return false;
+      }
+      coords[i] = 0.0;
+      break;
+    }
+    if (valueType(m_items[index].code) != kDouble ||
+        !parseDouble(m_items[index].value, coords[i])) {
+      fail(eInvalidDxfCode);
+      return false;
+    }
+    ++used;
+  }
+  // Reading the same point twice reads the same items; the next nextItem() comes after them.
+  m_next = std::max(m_next, m_current + used);
+  return true;
+}
+
+void OdDbDxfItemFiler::rdPoint2d(OdGePoint2d& value) {
+  double c[3] = {0.0, 0.0, 0.0};
+  if (readCoordinates(2, 1, c))
+    value.set(c[0], c[1]);
+}
+
+void OdDbDxfItemFiler::rdPoint3d(OdGePoint3d& value) {
+  double c[3] = {0.0, 0.0, 0.0};
+  if (readCoordinates(2, 1, c))
+    value = OdGePoint3d(c[0], c[1], c[2]);
+}
+
+void OdDbDxfItemFiler::rdVector2d(OdGeVector2d& value) {
+  double c[3] = {0.0, 0.0, 0.0};
+  if (readCoordinates(2, 1, c))
+    value = OdGeVector2d(c[0], c[1]);
+}
+
+void OdDbDxfItemFiler::rdVector3d(OdGeVector3d& value) {
+  double c[3] = {0.0, 0.0, 0.0};
+  if (readCoordinates(2, 1, c))
+    value = OdGeVector3d(c[0], c[1], c[2]);
+}
+
+OdDbHandle OdDbDxfItemFiler::rdHandle() {
+  const Item* item = current();
+  if (!item)
+    return OdDbHandle();
+  OdDbHandle handle;
+  if (valueType(item->code) != kHandle || !parseHandle(item->value, handle)) {
+    fail(eInvalidDxfCode);
+    return OdDbHandle();
+  }
+  return handle;
+}
+
+OdDbObjectId OdDbDxfItemFiler::rdObjectId() {
+  const OdResult before = m_status;
+  const OdDbHandle handle = rdHandle();
+  if (m_status != before || handle.isNull() || !m_database)
+    return OdDbObjectId();
+  return m_database->getOdDbObjectId(handle, true);
+}
+
+void OdDbDxfItemFiler::rdBinaryChunk(OdUInt8Array& data) {
+  const Item* item = current();
+  if (!item)
+    return;
+  std::string text;
+  if (valueType(item->code) != kBinary || !numericText(item->value, text) ||
+      text.size() % 2 != 0) {
+    fail(eInvalidDxfCode);
+    return;
+  }
+  // Decoded aside first, so a bad digit at the end appends nothing.
+  OdUInt8Array bytes;
+  bytes.reserve(static_cast<OdUInt8Array::size_type>(text.size() / 2));
+  for (std::size_t i = 0; i < text.size(); i += 2) {
+    const int high = hexDigit(text[i]);
+    const int low = hexDigit(text[i + 1]);
+    if (high < 0 || low < 0) {
+      fail(eInvalidDxfCode);
+      return;
+    }
+    bytes.push_back(static_cast<OdUInt8>((high << 4) | low));
+  }
+  data.append(bytes);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Writing values
+
+bool OdDbDxfItemFiler::canWrite() {
+  if (m_reading) {
+    fail(eNotApplicable);
+    return false;
+  }
+  return true;
+}
+
+void OdDbDxfItemFiler::append(int groupCode, const OdString& value) {
+  Item item;
+  item.code = groupCode;
+  item.value = value;
+  m_items.push_back(std::move(item));
+}
+
+bool OdDbDxfItemFiler::writeInteger(int groupCode, OdInt64 value) {
+  if (!canWrite())
+    return false;
+  const ValueType type = valueType(groupCode);
+  OdInt64 min = 0;
+  OdInt64 max = 0;
+  integerRange(type, min, max);
+  if (!isIntegerType(type) || value < min || value > max) {
+    fail(eInvalidDxfCode);
+    return false;
+  }
+  append(groupCode, OdString(std::to_string(value).c_str()));
+  return true;
+}
+
+void OdDbDxfItemFiler::wrString(int groupCode, const OdString& value) {
+  if (!canWrite())
+    return;
+  if (valueType(groupCode) != kString) {
+    fail(eInvalidDxfCode);
+    return;
+  }
+  if (hasLineBreak(value)) {
+    fail(eInvalidInput);
+    return;
+  }
+  append(groupCode, value);
+}
+
+void OdDbDxfItemFiler::wrBool(int groupCode, bool value) { writeInteger(groupCode, value ? 1 : 0); }
+
+void OdDbDxfItemFiler::wrInt8(int groupCode, OdInt8 value) { writeInteger(groupCode, value); }
+
+void OdDbDxfItemFiler::wrInt16(int groupCode, OdInt16 value) { writeInteger(groupCode, value); }
+
+void OdDbDxfItemFiler::wrInt32(int groupCode, OdInt32 value) { writeInteger(groupCode, value); }
+
+void OdDbDxfItemFiler::wrInt64(int groupCode, OdInt64 value) { writeInteger(groupCode, value); }
+
+OdString OdDbDxfItemFiler::formatDouble(double value, int precision) const {
+  const int digits =
+      precision == kDfltPrec ? m_precision : std::clamp(precision, 1, static_cast<int>(kMaxPrec));
+  char buffer[64];
+  // Full precision writes the shortest text that reads back exactly (up to 17 digits), so a
+  // file round trip never changes a value; less rounds as printf's %.*g does.
+  const std::to_chars_result r =
+      digits >= kMaxPrec
+          ? std::to_chars(buffer, buffer + sizeof buffer, value)
+          : std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, digits);
+  std::string text(buffer, r.ptr);
+  // Whole numbers get ".0", as DXF files show them, so the text reads as a real in any reader.
+  if (text.find_first_not_of("-0123456789") == std::string::npos)
+    text += ".0";
+  return OdString(text.c_str());
+}
+
+bool OdDbDxfItemFiler::writeCoordinates(int groupCode, const double* coords, int count,
+                                        int precision) {
+  if (!canWrite())
+    return false;
+  for (int i = 0; i < count; ++i) {
+    if (valueType(groupCode + 10 * i) != kDouble) {
+      fail(eInvalidDxfCode);
+      return false;
+    }
+  }
+  for (int i = 0; i < count; ++i) {
+    if (!std::isfinite(coords[i])) {
+      fail(eInvalidInput);
+      return false;
+    }
+  }
+  for (int i = 0; i < count; ++i)
+    append(groupCode + 10 * i, formatDouble(coords[i], precision));
+  return true;
+}
+
+void OdDbDxfItemFiler::wrDouble(int groupCode, double value, int precision) {
+  writeCoordinates(groupCode, &value, 1, precision);
+}
+
+void OdDbDxfItemFiler::wrPoint2d(int groupCode, const OdGePoint2d& value, int precision) {
+  const double c[2] = {value.x, value.y};
+  writeCoordinates(groupCode, c, 2, precision);
+}
+
+void OdDbDxfItemFiler::wrPoint3d(int groupCode, const OdGePoint3d& value, int precision) {
+  const double c[3] = {value.x, value.y, value.z};
+  writeCoordinates(groupCode, c, 3, precision);
+}
+
+void OdDbDxfItemFiler::wrVector2d(int groupCode, const OdGeVector2d& value, int precision) {
+  const double c[2] = {value.x, value.y};
+  writeCoordinates(groupCode, c, 2, precision);
+}
+
+void OdDbDxfItemFiler::wrVector3d(int groupCode, const OdGeVector3d& value, int precision) {
+  const double c[3] = {value.x, value.y, value.z};
+  writeCoordinates(groupCode, c, 3, precision);
+}
+
+void OdDbDxfItemFiler::wrHandle(int groupCode, const OdDbHandle& value) {
+  if (!canWrite())
+    return;
+  if (valueType(groupCode) != kHandle) {
+    fail(eInvalidDxfCode);
+    return;
+  }
+  append(groupCode, value.ascii());
+}
+
+void OdDbDxfItemFiler::wrObjectId(int groupCode, const OdDbObjectId& id) {
+  wrHandle(groupCode, id.isNull() ? OdDbHandle() : id.getHandle());
+}
+
+void OdDbDxfItemFiler::wrSubclassMarker(const OdString& subClassName) {
+  wrString(100, subClassName);
+}
+
+void OdDbDxfItemFiler::wrBinaryChunk(int groupCode, const OdUInt8* buffer, OdUInt32 numBytes) {
+  if (!canWrite())
+    return;
+  if (valueType(groupCode) != kBinary) {
+    fail(eInvalidDxfCode);
+    return;
+  }
+  if (numBytes != 0 && !buffer) {
+    fail(eInvalidInput);
+    return;
+  }
+  static const char kHex[] = "0123456789ABCDEF";
+  for (OdUInt32 offset = 0; offset < numBytes; offset += kMaxBinaryChunkBytes) {
+    const OdUInt32 count = std::min(kMaxBinaryChunkBytes, numBytes - offset);
+    std::u16string text;
+    text.reserve(2 * count);
+    for (OdUInt32 i = 0; i < count; ++i) {
+      const OdUInt8 byte = buffer[offset + i];
+      text.push_back(static_cast<char16_t>(kHex[byte >> 4]));
+      text.push_back(static_cast<char16_t>(kHex[byte & 0x0F]));
+    }
+    append(groupCode, OdString(std::move(text)));
+  }
+}
