@@ -11,6 +11,28 @@
 
 #include "DbEntity.h"
 
+/// One straight or circular piece of a curve in world coordinates. Lines, arcs and polylines
+/// describe themselves as pieces, so that one routine intersects any two of them.
+struct OdDbCurvePiece {
+  enum Kind { kLine, kArc };
+
+  Kind kind = kLine;
+  /// Line: its ends. Arc: the points where its sweep starts and ends.
+  OdGePoint3d start;
+  OdGePoint3d end;
+  /// Arc only: centre, radius, unit normal, unit vector from the centre towards start, and
+  /// the sweep in (0, 2π], counter-clockwise about normal.
+  OdGePoint3d center;
+  double radius = 0.0;
+  OdGeVector3d normal;
+  OdGeVector3d startVector;
+  double sweep = 0.0;
+  /// A line piece that the OdDb::Intersect modes may extend: only the piece of a line entity
+  /// itself (polylines, arcs and exploded pieces are never extended).
+  bool extendable = false;
+};
+typedef OdArray<OdDbCurvePiece> OdDbCurvePieceArray;
+
 class OdDbCurve : public OdDbEntity {
   ODRX_DECLARE_MEMBERS(OdDbCurve);
 
@@ -48,6 +70,30 @@ class OdDbCurve : public OdDbEntity {
 
 protected:
   OdDbCurve();
+
+  /// Appends the curve's straight and circular pieces and returns true; false (nothing
+  /// appended) when the class is not made of such pieces. Default: false.
+  virtual bool subGetPieces(OdDbCurvePieceArray& pieces) const;
+
+  /// For a curve with pieces (see subGetPieces): the points where its pieces meet those of
+  /// other, appended to points without duplicates (a point where two pieces of one operand
+  /// meet, such as a polyline vertex, counts once). other is taken as its own pieces when it
+  /// is a line, arc or polyline, else as the pieces of what other->explode() gives (and of
+  /// what those explode into, a few levels deep), so a custom entity that explodes into lines
+  /// intersects as those lines do. Only line entities extend: kExtendThis extends this when it
+  /// is a line, kExtendArg extends other when it is a line. Pieces that overlap along a stretch
+  /// (collinear lines, arcs on one circle) give the ends of the overlap; two extended collinear
+  /// lines give nothing. Pieces in different planes give the points where they cross. Results:
+  /// eNullEntityPointer for no other; the result of other's explode when other is neither a
+  /// curve with pieces nor explodable; eNotImplemented, no points, for a curve without pieces.
+  /// The sub-entity markers are ignored.
+  OdResult subIntersectWith(const OdDbEntity* other, OdDb::Intersect intType,
+                            OdGePoint3dArray& points, OdGsMarker thisGsMarker,
+                            OdGsMarker otherGsMarker) const override;
+
+private:
+  /// The pieces of entity: its own, or those of its explode() output down to depth levels.
+  static OdResult collectPieces(const OdDbEntity* entity, OdDbCurvePieceArray& pieces, int depth);
 };
 
 typedef OdSmartPtr<OdDbCurve> OdDbCurvePtr;

@@ -64,8 +64,7 @@ public:
   /// Starts reading a copy of items from the first one. With a database, rdObjectId resolves
   /// handles through it (making ids for handles it does not know yet, as forward references
   /// of a file being read need); without one ids come back null.
-  void openForRead(const ItemArray& items, OdDbDatabase* db = nullptr,
-                   FilerType type = kFileFiler);
+  void openForRead(const ItemArray& items, OdDbDatabase* db = nullptr, FilerType type = kFileFiler);
   /// Switches to reading what was written, from the first item, and clears the status.
   void rewind();
   bool isReading() const { return m_reading; }

@@ -80,6 +80,8 @@ protected:
   OdResult subExplode(OdRxObjectPtrArray& entitySet) const override;
   /// The box of the two end points.
   OdResult subGetGeomExtents(OdGeExtents3d& extents) const override;
+  /// One line piece, which the OdDb::Intersect modes extend.
+  bool subGetPieces(OdDbCurvePieceArray& pieces) const override;
 
 private:
   OdGePoint3d m_start;

@@ -119,11 +119,19 @@ protected:
   using OdDbEntity::subGetGripPoints;
   using OdDbEntity::subMoveGripPointsAt;
 
-  /// The centreline as one polyline through the vertices, closed polylines back to the first
-  /// vertex. A bulged segment is cut into equal-angle pieces: 64 to the full circle (at least
-  /// one per arc), more when the draw context's curve deviation asks for finer pieces, at most
-  /// 1024 per arc. Widths are not drawn. A single vertex is drawn as a dot; no vertices draw
-  /// nothing. Returns true.
+  /// Without widths: the centreline as one polyline through the vertices, closed polylines
+  /// back to the first vertex. A bulged segment is cut into equal-angle pieces: 64 to the full
+  /// circle (at least one per arc), more when the draw context's curve deviation asks for finer
+  /// pieces, at most 1024 per arc. A single vertex is drawn as a dot; no vertices draw nothing.
+  ///
+  /// When some segment has a width, each segment is drawn on its own: one with a width as a
+  /// filled polygon (fill type kOdGiFillAlways, restored to what it was afterwards) between
+  /// its two outlines at half the width either side of the centreline, the width changing
+  /// evenly from the segment's start width to its end width; a straight segment gives a
+  /// quadrilateral, a bulged one the band between two offset arcs, cut into the pieces its
+  /// centreline would have. A segment of width 0 at both ends is drawn as its centreline, and
+  /// a segment whose ends coincide is not drawn. Joints between segments are not mitred.
+  /// Returns true.
   bool subWorldDraw(OdGiWorldDraw* worldDraw) const override;
   /// Grip i is vertex i.
   OdResult subGetGripPoints(OdGePoint3dArray& gripPoints) const override;
@@ -147,6 +155,14 @@ protected:
   /// The box of the vertices and of every arc's extreme points; eInvalidExtents when there
   /// are no vertices.
   OdResult subGetGeomExtents(OdGeExtents3d& extents) const override;
+  /// One OdDbLine per straight segment and one OdDbArc per bulged one, in segment order
+  /// (a closed polyline's closing segment last), each in the polyline's plane and at its
+  /// elevation, with its normal and thickness and with the polyline's properties
+  /// (setPropertiesFrom). Widths are lost, as lines and arcs have none. Segments whose ends
+  /// coincide give nothing, so fewer than two distinct vertices give nothing. Always eOk.
+  OdResult subExplode(OdRxObjectPtrArray& entitySet) const override;
+  /// One piece per segment, segments whose ends coincide left out.
+  bool subGetPieces(OdDbCurvePieceArray& pieces) const override;
 
 private:
   struct Vertex {
@@ -166,6 +182,8 @@ private:
   OdGePoint2d planePointAtParam(double param) const;
   double segmentLength(unsigned int index) const;
   OdResult moveVertices(const OdIntArray& indices, const OdGeVector3d& offset);
+  /// The segments one by one, those with a width as filled polygons (see subWorldDraw).
+  void drawWithWidths(OdGiWorldDraw* worldDraw) const;
 
   OdArray<Vertex> m_vertices;
   bool m_closed = false;

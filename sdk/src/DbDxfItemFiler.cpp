@@ -98,8 +98,7 @@ bool parseDouble(const OdString& value, double& result) {
   const char* begin = skipPlus(text);
   const char* end = text.data() + text.size();
   double parsed = 0.0;
-  const std::from_chars_result r =
-      std::from_chars(begin, end, parsed, std::chars_format::general);
+  const std::from_chars_result r = std::from_chars(begin, end, parsed, std::chars_format::general);
   // Overflow ("1e999") is refused like any other text that is no finite double; so are "inf"
   // and "nan", which no DXF reader would take.
   if (r.ec != std::errc() || r.ptr != end || !std::isfinite(parsed))
@@ -270,7 +269,9 @@ void OdDbDxfItemFiler::pushBackItem() {
   m_current = kNoItem;
 }
 
-bool OdDbDxfItemFiler::atEOF() { return !m_reading || m_next >= m_items.size(); }
+bool OdDbDxfItemFiler::atEOF() {
+  return !m_reading || m_next >= m_items.size();
+}
 
 bool OdDbDxfItemFiler::atSubclassData(const OdString& subClassName) {
   if (atEOF())
@@ -282,7 +283,9 @@ bool OdDbDxfItemFiler::atSubclassData(const OdString& subClassName) {
   return true;
 }
 
-bool OdDbDxfItemFiler::atEndOfObject() { return atEOF() || m_items[m_next].code == 0; }
+bool OdDbDxfItemFiler::atEndOfObject() {
+  return atEOF() || m_items[m_next].code == 0;
+}
 
 // ---------------------------------------------------------------------------------------------
 // Reading values
@@ -300,8 +303,8 @@ bool OdDbDxfItemFiler::readSigned(OdInt64 min, OdInt64 max, OdInt64& value) {
   if (!item)
     return false;
   OdInt64 parsed = 0;
-  if (!isIntegerType(valueType(item->code)) || !parseInteger(item->value, parsed) ||
-      parsed < min || parsed > max) {
+  if (!isIntegerType(valueType(item->code)) || !parseInteger(item->value, parsed) || parsed < min ||
+      parsed > max) {
     fail(eInvalidDxfCode);
     return false;
   }
@@ -431,8 +434,7 @@ void OdDbDxfItemFiler::rdBinaryChunk(OdUInt8Array& data) {
   if (!item)
     return;
   std::string text;
-  if (valueType(item->code) != kBinary || !numericText(item->value, text) ||
-      text.size() % 2 != 0) {
+  if (valueType(item->code) != kBinary || !numericText(item->value, text) || text.size() % 2 != 0) {
     fail(eInvalidDxfCode);
     return;
   }
@@ -498,15 +500,25 @@ void OdDbDxfItemFiler::wrString(int groupCode, const OdString& value) {
   append(groupCode, value);
 }
 
-void OdDbDxfItemFiler::wrBool(int groupCode, bool value) { writeInteger(groupCode, value ? 1 : 0); }
+void OdDbDxfItemFiler::wrBool(int groupCode, bool value) {
+  writeInteger(groupCode, value ? 1 : 0);
+}
 
-void OdDbDxfItemFiler::wrInt8(int groupCode, OdInt8 value) { writeInteger(groupCode, value); }
+void OdDbDxfItemFiler::wrInt8(int groupCode, OdInt8 value) {
+  writeInteger(groupCode, value);
+}
 
-void OdDbDxfItemFiler::wrInt16(int groupCode, OdInt16 value) { writeInteger(groupCode, value); }
+void OdDbDxfItemFiler::wrInt16(int groupCode, OdInt16 value) {
+  writeInteger(groupCode, value);
+}
 
-void OdDbDxfItemFiler::wrInt32(int groupCode, OdInt32 value) { writeInteger(groupCode, value); }
+void OdDbDxfItemFiler::wrInt32(int groupCode, OdInt32 value) {
+  writeInteger(groupCode, value);
+}
 
-void OdDbDxfItemFiler::wrInt64(int groupCode, OdInt64 value) { writeInteger(groupCode, value); }
+void OdDbDxfItemFiler::wrInt64(int groupCode, OdInt64 value) {
+  writeInteger(groupCode, value);
+}
 
 OdString OdDbDxfItemFiler::formatDouble(double value, int precision) const {
   const int digits =
@@ -514,10 +526,10 @@ OdString OdDbDxfItemFiler::formatDouble(double value, int precision) const {
   char buffer[64];
   // Full precision writes the shortest text that reads back exactly (up to 17 digits), so a
   // file round trip never changes a value; less rounds as printf's %.*g does.
-  const std::to_chars_result r =
-      digits >= kMaxPrec
-          ? std::to_chars(buffer, buffer + sizeof buffer, value)
-          : std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, digits);
+  const std::to_chars_result r = digits >= kMaxPrec
+                                     ? std::to_chars(buffer, buffer + sizeof buffer, value)
+                                     : std::to_chars(buffer, buffer + sizeof buffer, value,
+                                                     std::chars_format::general, digits);
   std::string text(buffer, r.ptr);
   // Whole numbers get ".0", as DXF files show them, so the text reads as a real in any reader.
   if (text.find_first_not_of("-0123456789") == std::string::npos)

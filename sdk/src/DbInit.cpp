@@ -2,10 +2,12 @@
 // database classes belong to the built-in database module, which loadable modules lock while
 // they depend on it.
 
+#include "DbArc.h"
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
 #include "DbEntity.h"
 #include "DbFiler.h"
+#include "DbHatch.h"
 #include "DbLayerTable.h"
 #include "DbLine.h"
 #include "DbLinetypeTable.h"
@@ -30,6 +32,8 @@
   X(OdDbLine)                                                                                      \
   X(OdDbPoint)                                                                                     \
   X(OdDbPolyline)                                                                                  \
+  X(OdDbHatch)                                                                                     \
+  X(OdDbArc)                                                                                       \
   X(OdDbSymbolTable)                                                                               \
   X(OdDbSymbolTableRecord)                                                                         \
   X(OdDbLayerTable)                                                                                \
@@ -97,11 +101,18 @@ void odInitialize() {
 void odUninitialize() {
   if (g_initCount == 0 || --g_initCount > 0)
     return;
-  // Loaded modules go first, newest first: their classes derive from the platform's.
+  // Loaded modules go first, newest first: their classes derive from the platform's. A module
+  // still referenced stops the shutdown with the platform left initialised, so a later call
+  // can finish it.
   OdRxDynamicLinker* linker = odrxDynamicLinker();
   OdStringArray names = linker->loadedModuleNames();
-  for (unsigned i = names.size(); i-- > 0;)
-    linker->unloadModule(names[i]);
+  try {
+    for (unsigned i = names.size(); i-- > 0;)
+      linker->unloadModule(names[i]);
+  } catch (...) {
+    g_initCount = 1;
+    throw;
+  }
   g_databaseModule.uninitApp();
   OdRxModule::rxUninit();
   OdRxClass::rxUninit();
@@ -110,12 +121,16 @@ void odUninitialize() {
 
 OdRxClass* oddbDwgClassMapDesc(OdUInt16 dwgType) {
   switch (dwgType) {
+  case 17:
+    return OdDbArc::desc();
   case 19:
     return OdDbLine::desc();
   case 27:
     return OdDbPoint::desc();
   case 77:
     return OdDbPolyline::desc();
+  case 78:
+    return OdDbHatch::desc();
   default:
     return nullptr;
   }

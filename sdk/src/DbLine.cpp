@@ -361,3 +361,14 @@ OdResult OdDbLine::subGetGeomExtents(OdGeExtents3d& extents) const {
   extents.addPoint(m_end);
   return eOk;
 }
+
+bool OdDbLine::subGetPieces(OdDbCurvePieceArray& pieces) const {
+  assertReadEnabled();
+  OdDbCurvePiece piece;
+  piece.kind = OdDbCurvePiece::kLine;
+  piece.start = m_start;
+  piece.end = m_end;
+  piece.extendable = true;
+  pieces.append(piece);
+  return true;
+}

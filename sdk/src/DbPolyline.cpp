@@ -1,7 +1,9 @@
 #include "DbPolyline.h"
 
+#include "DbArc.h"
 #include "DbDwgStreamFiler.h"
 #include "DbFiler.h"
+#include "DbLine.h"
 #include "Gi/GiWorldDraw.h"
 
 #include <algorithm>
@@ -815,6 +817,10 @@ bool OdDbPolyline::subWorldDraw(OdGiWorldDraw* worldDraw) const {
   const unsigned int count = m_vertices.size();
   if (count == 0)
     return true;
+  if (count > 1 && hasWidth()) {
+    drawWithWidths(worldDraw);
+    return true;
+  }
   const OdGeMatrix3d toWorldMatrix = planeToWorld();
   OdGePoint3dArray points;
   points.append(toWorld(toWorldMatrix, m_vertices[0].point));
@@ -835,6 +841,132 @@ bool OdDbPolyline::subWorldDraw(OdGiWorldDraw* worldDraw) const {
   }
   worldDraw->geometry().polyline(static_cast<OdInt32>(points.size()), points.asArrayPtr(),
                                  &m_normal);
+  return true;
+}
+
+void OdDbPolyline::drawWithWidths(OdGiWorldDraw* worldDraw) const {
+  const unsigned int count = m_vertices.size();
+  const OdGeMatrix3d toWorldMatrix = planeToWorld();
+  OdGiSubEntityTraits& traits = worldDraw->subEntityTraits();
+  const OdGiFillType previousFill = traits.fillType();
+  traits.setFillType(kOdGiFillAlways);
+  for (unsigned int i = 0; i < numSegments(); ++i) {
+    const Vertex& from = m_vertices[i];
+    const OdGePoint2d& to = m_vertices[(i + 1) % count].point;
+    if (from.point.distanceTo(to) <= OdGeContext::gTol.equalPoint())
+      continue;
+    BulgeArc arc;
+    const bool isArc = bulgeArc(from.point, to, from.bulge, arc);
+    int pieces = 1;
+    if (isArc) {
+      const double deviation =
+          worldDraw->deviation(kOdGiMaxDevForCurve, toWorld(toWorldMatrix, arc.center));
+      pieces = arcPieces(arc.sweep, arc.radius, deviation);
+    }
+    // The centreline point at fraction f of the segment, and the unit vector to its left.
+    const auto sample = [&](double f, OdGePoint2d& point, OdGeVector2d& left) {
+      if (!isArc) {
+        point = from.point + (to - from.point) * f;
+        left = (to - from.point).perpVector().normal();
+        return;
+      }
+      point = arc.pointAt(f);
+      const OdGeVector2d outward = (point - arc.center) / arc.radius;
+      // Travelling counter-clockwise the centre lies to the left; clockwise, to the right.
+      left = arc.sweep > 0.0 ? -outward : outward;
+    };
+    OdGePoint3dArray leftSide;
+    OdGePoint3dArray rightSide;
+    OdGePoint3dArray centreline;
+    for (int k = 0; k <= pieces; ++k) {
+      const double f = static_cast<double>(k) / pieces;
+      OdGePoint2d point;
+      OdGeVector2d left;
+      sample(f, point, left);
+      const double half = 0.5 * (from.startWidth + (from.endWidth - from.startWidth) * f);
+      leftSide.append(toWorld(toWorldMatrix, point + left * half));
+      rightSide.append(toWorld(toWorldMatrix, point - left * half));
+      centreline.append(toWorld(toWorldMatrix, point));
+    }
+    if (from.startWidth == 0.0 && from.endWidth == 0.0) {
+      worldDraw->geometry().polyline(static_cast<OdInt32>(centreline.size()),
+                                     centreline.asArrayPtr(), &m_normal);
+      continue;
+    }
+    // The outline runs out along the left side and back along the right.
+    OdGePoint3dArray outline = leftSide;
+    for (unsigned int k = rightSide.size(); k-- > 0;)
+      outline.append(rightSide[k]);
+    worldDraw->geometry().polygon(static_cast<OdInt32>(outline.size()), outline.asArrayPtr());
+  }
+  traits.setFillType(previousFill);
+}
+
+OdResult OdDbPolyline::subExplode(OdRxObjectPtrArray& entitySet) const {
+  assertReadEnabled();
+  const unsigned int count = m_vertices.size();
+  const OdGeMatrix3d toWorldMatrix = planeToWorld();
+  for (unsigned int i = 0; i < numSegments(); ++i) {
+    const Vertex& from = m_vertices[i];
+    const OdGePoint2d& to = m_vertices[(i + 1) % count].point;
+    if (from.point.distanceTo(to) <= OdGeContext::gTol.equalPoint())
+      continue;
+    BulgeArc arc;
+    if (bulgeArc(from.point, to, from.bulge, arc)) {
+      // An arc entity turns counter-clockwise about the same normal, so a clockwise segment
+      // becomes the arc from its end to its start. Its plane axes are the polyline's.
+      const double endAngle = arc.startAngle + arc.sweep;
+      OdDbArcPtr piece = OdDbArc::createObject();
+      piece->setPropertiesFrom(this);
+      piece->setNormal(m_normal);
+      piece->setCenter(toWorld(toWorldMatrix, arc.center));
+      piece->setRadius(arc.radius);
+      piece->setStartAngle(arc.sweep > 0.0 ? arc.startAngle : endAngle);
+      piece->setEndAngle(arc.sweep > 0.0 ? endAngle : arc.startAngle);
+      piece->setThickness(m_thickness);
+      entitySet.append(piece);
+      continue;
+    }
+    OdDbLinePtr piece = OdDbLine::createObject();
+    piece->setPropertiesFrom(this);
+    piece->setNormal(m_normal);
+    piece->setStartPoint(toWorld(toWorldMatrix, from.point));
+    piece->setEndPoint(toWorld(toWorldMatrix, to));
+    piece->setThickness(m_thickness);
+    entitySet.append(piece);
+  }
+  return eOk;
+}
+
+bool OdDbPolyline::subGetPieces(OdDbCurvePieceArray& pieces) const {
+  assertReadEnabled();
+  const unsigned int count = m_vertices.size();
+  const OdGeMatrix3d toWorldMatrix = planeToWorld();
+  for (unsigned int i = 0; i < numSegments(); ++i) {
+    const Vertex& from = m_vertices[i];
+    const OdGePoint2d& to = m_vertices[(i + 1) % count].point;
+    if (from.point.distanceTo(to) <= OdGeContext::gTol.equalPoint())
+      continue;
+    OdDbCurvePiece piece;
+    BulgeArc arc;
+    if (bulgeArc(from.point, to, from.bulge, arc)) {
+      // Pieces turn counter-clockwise: a clockwise segment starts at its end.
+      const double startAngle = arc.sweep > 0.0 ? arc.startAngle : arc.startAngle + arc.sweep;
+      piece.kind = OdDbCurvePiece::kArc;
+      piece.center = toWorld(toWorldMatrix, arc.center);
+      piece.radius = arc.radius;
+      piece.normal = m_normal;
+      piece.startVector =
+          toWorldMatrix * OdGeVector3d(std::cos(startAngle), std::sin(startAngle), 0.0);
+      piece.sweep = std::fabs(arc.sweep);
+      piece.start = toWorld(toWorldMatrix, arc.pointAtAngle(startAngle));
+      piece.end = toWorld(toWorldMatrix, arc.pointAtAngle(startAngle + piece.sweep));
+    } else {
+      piece.start = toWorld(toWorldMatrix, from.point);
+      piece.end = toWorld(toWorldMatrix, to);
+    }
+    pieces.append(piece);
+  }
   return true;
 }
 

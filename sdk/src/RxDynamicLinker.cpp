@@ -37,25 +37,24 @@ const void* imageBase(const void* address) {
   return address && dladdr(address, &info) ? info.dli_fbase : nullptr;
 }
 
-/// Removes what a module leaves behind in the class tree: classes created while it was being
-/// initialised and extension objects that live in its image. Run before its code is unmapped,
-/// so that nothing in the tree points into it afterwards.
+/// Removes what a module leaves behind in the class tree: extensions of its protocol classes or
+/// whose objects live in its image (static objects; a heap object of a class of its own is
+/// caught through its protocol class), then classes that belong to it. Run before its code is
+/// unmapped, so that nothing in the tree points into it afterwards.
 void purgeModule(OdRxModule* module, const void* moduleBase) {
   OdArray<OdRxClass*> classes = odrxRegisteredClasses();
-  for (unsigned i = classes.size(); i-- > 0;) {
-    OdRxClass* cls = classes[i];
-    if (cls->module() == module) {
-      deleteOdRxClass(cls);
-      continue;
-    }
-    if (!moduleBase)
-      continue;
+  for (OdRxClass* cls : classes) {
     for (const OdRxClass* protocol : cls->extensionClasses()) {
       OdRxObjectPtr ext = cls->getX(protocol);
-      if (imageBase(ext.get()) == moduleBase)
+      const bool ownProtocol = protocol->module() == module;
+      const bool ownObject = moduleBase && imageBase(ext.get()) == moduleBase;
+      if (ownProtocol || ownObject)
         cls->delX(protocol);
     }
   }
+  for (unsigned i = classes.size(); i-- > 0;)
+    if (classes[i]->module() == module)
+      deleteOdRxClass(classes[i]);
 }
 
 OdString describeLoaderError(const char* fallback) {

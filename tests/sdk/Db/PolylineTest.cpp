@@ -1,5 +1,8 @@
 #include "DbPolyline.h"
 
+#include "DbArc.h"
+#include "DbLine.h"
+
 #include "DbDwgStreamFiler.h"
 #include "Gi/GiRecorder.h"
 #include "RxDictionary.h"
@@ -645,6 +648,155 @@ TEST_F(PolylineTest, ExtentsIncludeArcBulges) {
   ASSERT_EQ(eOk, tilted->getGeomExtents(extents));
   expectPoint(OdGePoint3d(0, 0, -1), extents.minPoint());
   expectPoint(OdGePoint3d(0, 2, 0), extents.maxPoint());
+}
+
+/// The ends of an exploded piece, whichever class it is.
+void pieceEnds(const OdRxObjectPtr& piece, OdGePoint3d& start, OdGePoint3d& end) {
+  OdDbCurvePtr curve = OdDbCurve::cast(piece.get());
+  ASSERT_FALSE(curve.isNull());
+  ASSERT_EQ(eOk, curve->getStartPoint(start));
+  ASSERT_EQ(eOk, curve->getEndPoint(end));
+}
+
+TEST_F(PolylineTest, ExplodedRectangleIsFourLinesInOrder) {
+  OdDbPolylinePtr rectangle = makePolyline({{0, 0, 0}, {4, 0, 0}, {4, 2, 0}, {0, 2, 0}}, true);
+  OdRxObjectPtrArray pieces;
+  ASSERT_EQ(eOk, rectangle->explode(pieces));
+  ASSERT_EQ(4u, pieces.size());
+  for (unsigned int i = 0; i < 4; ++i) {
+    SCOPED_TRACE(i);
+    OdDbLinePtr line = OdDbLine::cast(pieces[i].get());
+    ASSERT_FALSE(line.isNull());
+    expectPoint(worldPoint(rectangle.get(), i), line->startPoint());
+    expectPoint(worldPoint(rectangle.get(), (i + 1) % 4), line->endPoint());
+  }
+}
+
+TEST_F(PolylineTest, ExplodedBulgesAreArcsThatChainInThePlane) {
+  // Straight, counter-clockwise, clockwise, a zero-length segment, straight, and the closing
+  // segment, in a tilted plane above the origin.
+  OdDbPolylinePtr shape =
+      makePolyline({{0, 0, 0}, {4, 0, 0.5}, {4, 4, -1.0}, {0, 4, 0}, {0, 4, 0}, {-1, 2, 0}}, true);
+  shape->setElevation(1.5);
+  shape->setNormal(OdGeVector3d(0.0, 0.6, 0.8));
+  shape->setThickness(0.25);
+  shape->setColorIndex(3);
+  shape->setLinetypeScale(2.5);
+  shape->setLineWeight(OdDb::kLnWt050);
+  OdRxObjectPtrArray pieces;
+  ASSERT_EQ(eOk, shape->explode(pieces));
+  const std::vector<bool> isArc = {false, true, true, false, false};
+  const std::vector<unsigned int> fromVertex = {0, 1, 2, 4, 5};
+  ASSERT_EQ(isArc.size(), pieces.size());
+  for (unsigned int i = 0; i < pieces.size(); ++i) {
+    SCOPED_TRACE(i);
+    OdDbEntityPtr entity = OdDbEntity::cast(pieces[i].get());
+    ASSERT_FALSE(entity.isNull());
+    EXPECT_EQ(isArc[i] ? OdDbArc::desc() : OdDbLine::desc(), entity->isA());
+    EXPECT_EQ(3, entity->colorIndex());
+    EXPECT_EQ(2.5, entity->linetypeScale());
+    EXPECT_EQ(OdDb::kLnWt050, entity->lineWeight());
+
+    // The piece joins its segment's two vertices (an arc entity runs counter-clockwise, so a
+    // clockwise segment's arc runs from its end to its start).
+    const unsigned int from = fromVertex[i];
+    const OdGePoint3d segmentStart = worldPoint(shape.get(), from);
+    const OdGePoint3d segmentEnd = worldPoint(shape.get(), (from + 1) % shape->numVerts());
+    OdGePoint3d start;
+    OdGePoint3d end;
+    pieceEnds(pieces[i], start, end);
+    const bool reversed = start.isEqualTo(segmentEnd, OdGeTol(1e-9));
+    expectPoint(reversed ? segmentEnd : segmentStart, start);
+    expectPoint(reversed ? segmentStart : segmentEnd, end);
+    EXPECT_EQ(reversed, i == 2) << "only the clockwise arc runs backwards";
+
+    // And passes where the segment does halfway.
+    OdGePoint3d middle;
+    ASSERT_EQ(eOk, shape->getPointAtParam(from + 0.5, middle));
+    OdDbCurvePtr curve = OdDbCurve::cast(pieces[i].get());
+    OdGePoint3d closest;
+    ASSERT_EQ(eOk, curve->getClosestPointTo(middle, closest));
+    expectPoint(middle, closest);
+
+    if (isArc[i]) {
+      OdDbArcPtr piece = OdDbArc::cast(pieces[i].get());
+      EXPECT_TRUE(shape->normal().isEqualTo(piece->normal()));
+      EXPECT_EQ(0.25, piece->thickness());
+    } else {
+      OdDbLinePtr piece = OdDbLine::cast(pieces[i].get());
+      EXPECT_TRUE(shape->normal().isEqualTo(piece->normal()));
+      EXPECT_EQ(0.25, piece->thickness());
+    }
+  }
+}
+
+TEST_F(PolylineTest, ExplodeWithoutSegmentsGivesNothing) {
+  const OdDbPolylinePtr cases[] = {OdDbPolyline::createObject(), makePolyline({{1, 1, 0}}),
+                                   makePolyline({{1, 1, 0.5}, {1, 1, 0}}, true)};
+  for (const OdDbPolylinePtr& pline : cases) {
+    OdRxObjectPtrArray pieces;
+    EXPECT_EQ(eOk, pline->explode(pieces));
+    EXPECT_TRUE(pieces.isEmpty());
+  }
+}
+
+TEST_F(PolylineTest, WidthsAreDrawnAsFilledPolygons) {
+  OdGiRecorder recorder;
+  recorder.subEntityTraits().setFillType(kOdGiFillNever);
+
+  // Constant width: one quadrilateral per segment, half the width either side.
+  OdDbPolylinePtr bent = makePolyline({{0, 0, 0}, {4, 0, 0}, {4, 3, 0}});
+  bent->setConstantWidth(1.0);
+  EXPECT_TRUE(bent->worldDraw(&recorder));
+  ASSERT_EQ(2u, recorder.records().size());
+  EXPECT_EQ(2u, recorder.count(OdGiRecord::kPolygon));
+  const std::vector<OdGePoint3d> first = {OdGePoint3d(0, 0.5, 0), OdGePoint3d(4, 0.5, 0),
+                                          OdGePoint3d(4, -0.5, 0), OdGePoint3d(0, -0.5, 0)};
+  ASSERT_EQ(first.size(), recorder.records()[0].points.size());
+  for (unsigned int i = 0; i < first.size(); ++i)
+    expectPoint(first[i], recorder.records()[0].points[i]);
+  for (const OdGiRecord& record : recorder.records())
+    EXPECT_EQ(kOdGiFillAlways, record.traits.fillType());
+  EXPECT_EQ(kOdGiFillNever, recorder.subEntityTraits().fillType()) << "restored";
+
+  // Tapering from nothing to 2, and a segment of no width drawn as its centreline.
+  recorder.clear();
+  ASSERT_EQ(eOk, bent->setWidthsAt(0, 0.0, 2.0));
+  ASSERT_EQ(eOk, bent->setWidthsAt(1, 0.0, 0.0));
+  bent->worldDraw(&recorder);
+  ASSERT_EQ(2u, recorder.records().size());
+  const OdGiRecord& taper = recorder.records()[0];
+  ASSERT_EQ(OdGiRecord::kPolygon, taper.kind);
+  const std::vector<OdGePoint3d> tapered = {OdGePoint3d(0, 0, 0), OdGePoint3d(4, 1, 0),
+                                            OdGePoint3d(4, -1, 0), OdGePoint3d(0, 0, 0)};
+  for (unsigned int i = 0; i < tapered.size(); ++i)
+    expectPoint(tapered[i], taper.points[i]);
+  EXPECT_EQ(OdGiRecord::kPolyline, recorder.records()[1].kind);
+  EXPECT_EQ(2u, recorder.records()[1].points.size());
+  EXPECT_EQ(kOdGiFillNever, recorder.subEntityTraits().fillType());
+}
+
+TEST_F(PolylineTest, WideArcIsTheBandBetweenOffsetArcs) {
+  // A half circle of radius 2 about (2, 0), counter-clockwise: its centre is to the left.
+  OdDbPolylinePtr half = makePolyline({{0, 0, 1.0}, {4, 0, 0}});
+  half->setConstantWidth(1.0);
+  half->setElevation(0.5);
+  OdGiRecorder recorder;
+  half->worldDraw(&recorder);
+  ASSERT_EQ(1u, recorder.records().size());
+  const OdGiRecord& band = recorder.records()[0];
+  ASSERT_EQ(OdGiRecord::kPolygon, band.kind);
+  // 32 pieces per half turn, as the centreline: 33 points along each side.
+  ASSERT_EQ(66u, band.points.size());
+  const OdGePoint3d center(2.0, 0.0, 0.5);
+  for (unsigned int i = 0; i < band.points.size(); ++i) {
+    SCOPED_TRACE(i);
+    EXPECT_NEAR(i < 33 ? 1.5 : 2.5, center.distanceTo(band.points[i]), 1e-9);
+    EXPECT_NEAR(0.5, band.points[i].z, 1e-12);
+  }
+  expectPoint(OdGePoint3d(2.0, -1.5, 0.5), band.points[16]);
+  expectPoint(OdGePoint3d(2.0, -2.5, 0.5), band.points[49]);
+  expectPoint(OdGePoint3d(4.5, 0.0, 0.5), band.points[33]);
 }
 
 } // namespace

@@ -1,0 +1,412 @@
+#include "DrawingRenderer.h"
+
+#include "DbBlockTable.h"
+#include "DbDatabase.h"
+#include "DbLayerTable.h"
+#include "DbLine.h"
+#include "DbPolyline.h"
+#include "RenderTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace render_test {
+namespace {
+
+using custents::render::Background;
+using custents::render::DrawingRenderer;
+using custents::render::RenderOptions;
+using custents::render::RenderResult;
+
+RenderOptions sizedOptions(int width, int height, double margin) {
+  RenderOptions options;
+  options.width = width;
+  options.height = height;
+  options.margin = margin;
+  return options;
+}
+
+void expectNumbers(const std::vector<double>& expected, const std::vector<double>& actual,
+                   double tolerance = 1e-3) {
+  ASSERT_EQ(expected.size(), actual.size());
+  for (std::size_t i = 0; i < expected.size(); ++i)
+    EXPECT_NEAR(expected[i], actual[i], tolerance) << "number " << i;
+}
+
+bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+class DrawingRendererTest : public ::testing::Test {
+protected:
+  void SetUp() override { m_db = OdDbDatabase::createObject(); }
+
+  OdDbLinePtr addLine(const OdGePoint3d& start, const OdGePoint3d& end) {
+    OdDbLinePtr line = OdDbLine::createObject();
+    line->setStartPoint(start);
+    line->setEndPoint(end);
+    append(line);
+    return line;
+  }
+
+  OdDbPolylinePtr addPolyline(const std::vector<OdGePoint2d>& vertices, bool closed) {
+    OdDbPolylinePtr polyline = OdDbPolyline::createObject();
+    for (const OdGePoint2d& vertex : vertices)
+      polyline->addVertexAt(polyline->numVerts(), vertex);
+    polyline->setClosed(closed);
+    append(polyline);
+    return polyline;
+  }
+
+  OdDbObjectId addLayer(const OdString& name, std::function<void(OdDbLayerTableRecord*)> dress) {
+    OdDbLayerTablePtr layers = m_db->getLayerTableId().safeOpenObject(OdDb::kForWrite);
+    OdDbLayerTableRecordPtr layer = OdDbLayerTableRecord::createObject();
+    layer->setName(name);
+    dress(layer.get());
+    return layers->add(layer);
+  }
+
+  void append(OdDbEntity* entity) {
+    OdDbBlockTableRecordPtr space = m_db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
+    space->appendOdDbEntity(entity);
+  }
+
+  std::string svg(const RenderOptions& options, RenderResult* result = nullptr) {
+    std::string document;
+    RenderResult rendered = DrawingRenderer(options).svgDocument(m_db.get(), document);
+    EXPECT_TRUE(rendered.ok) << rendered.error;
+    if (result)
+      *result = rendered;
+    return document;
+  }
+
+  OdDbDatabasePtr m_db;
+};
+
+TEST_F(DrawingRendererTest, EachEntityIsOnePathInItsResolvedColour) {
+  const OdDbObjectId cyanLayer = addLayer(OD_T("Cyan"), [](OdDbLayerTableRecord* layer) {
+    layer->setColor(OdCmColor(OdCmEntityColor(0, 255, 255)));
+  });
+  struct Case {
+    const char* name;
+    std::function<void(OdDbEntity*)> dress;
+    const char* stroke;
+  };
+  const std::vector<Case> cases = {
+      {"ACI 1", [](OdDbEntity* e) { e->setColorIndex(1); }, "#ff0000"},
+      {"ACI 3", [](OdDbEntity* e) { e->setColorIndex(3); }, "#00ff00"},
+      {"ACI 5", [](OdDbEntity* e) { e->setColorIndex(5); }, "#0000ff"},
+      {"ACI 30", [](OdDbEntity* e) { e->setColorIndex(30); }, "#ff7f00"},
+      {"ACI 7 on white", [](OdDbEntity* e) { e->setColorIndex(7); }, "#000000"},
+      {"true colour",
+       [](OdDbEntity* e) {
+         OdCmColor color;
+         color.setRGB(10, 200, 30);
+         e->setColor(color);
+       },
+       "#0ac81e"},
+      {"by layer", [&](OdDbEntity* e) { e->setLayer(cyanLayer); }, "#00ffff"},
+      {"by layer on layer 0", [](OdDbEntity* e) { e->setColorIndex(256); }, "#000000"},
+      {"by block", [](OdDbEntity* e) { e->setColorIndex(0); }, "#000000"},
+  };
+  double y = 0.0;
+  for (const Case& item : cases) {
+    OdDbLinePtr line = addLine(OdGePoint3d(0.0, y, 0.0), OdGePoint3d(50.0, y, 0.0));
+    item.dress(line.get());
+    y += 10.0;
+  }
+
+  RenderResult result;
+  const std::vector<SvgElement> primitives = svgPrimitives(svg(RenderOptions(), &result));
+  ASSERT_EQ(cases.size(), primitives.size());
+  EXPECT_EQ(cases.size(), result.primitives);
+  EXPECT_EQ(cases.size(), result.entitiesDrawn);
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    SCOPED_TRACE(cases[i].name);
+    EXPECT_EQ("path", primitives[i].tag);
+    EXPECT_EQ(cases[i].stroke, primitives[i].attribute("stroke"));
+    EXPECT_EQ("none", primitives[i].attribute("fill"));
+  }
+}
+
+TEST_F(DrawingRendererTest, ViewFitsTheExtentsWithTheMarginCentredAndUnstretched) {
+  addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(100.0, 50.0, 0.0));
+  struct Case {
+    int width, height;
+    double margin;
+    std::vector<double> path; // the line's ends in pixels
+  };
+  const std::vector<Case> cases = {
+      // Fits exactly: two pixels per unit both ways.
+      {220, 120, 10.0, {10.0, 110.0, 210.0, 10.0}},
+      // Taller picture: the width decides the scale, the drawing is centred vertically.
+      {220, 320, 10.0, {10.0, 210.0, 210.0, 110.0}},
+      // Wider picture: the height decides, centred horizontally.
+      {420, 120, 10.0, {110.0, 110.0, 310.0, 10.0}},
+      // No margin: the line touches the edges.
+      {100, 50, 0.0, {0.0, 50.0, 100.0, 0.0}},
+  };
+  for (const Case& item : cases) {
+    SCOPED_TRACE(std::to_string(item.width) + " x " + std::to_string(item.height));
+    const std::string document = svg(sizedOptions(item.width, item.height, item.margin));
+    const SvgElement path = svgElement(document, "path");
+    expectNumbers(item.path, numbersIn(path.attribute("d")));
+    const SvgElement root = svgElement(document, "svg");
+    EXPECT_EQ(std::to_string(item.width), root.attribute("width"));
+    EXPECT_EQ(std::to_string(item.height), root.attribute("height"));
+  }
+}
+
+TEST_F(DrawingRendererTest, ProjectsThreeDimensionalGeometryOntoThePlan) {
+  addLine(OdGePoint3d(0.0, 0.0, 25.0), OdGePoint3d(100.0, 50.0, -40.0));
+  const SvgElement path = svgElement(svg(sizedOptions(220, 120, 10.0)), "path");
+  expectNumbers({10.0, 110.0, 210.0, 10.0}, numbersIn(path.attribute("d")));
+}
+
+TEST_F(DrawingRendererTest, FixedScaleMakesThePictureAsLargeAsTheDrawing) {
+  addLine(OdGePoint3d(10.0, 10.0, 0.0), OdGePoint3d(60.0, 35.0, 0.0));
+  RenderOptions options;
+  options.pixelsPerUnit = 2.0;
+  options.margin = 5.0;
+  RenderResult result;
+  const std::string document = svg(options, &result);
+  EXPECT_EQ(110, result.width);
+  EXPECT_EQ(60, result.height);
+  expectNumbers({5.0, 55.0, 105.0, 5.0}, numbersIn(svgElement(document, "path").attribute("d")));
+}
+
+TEST_F(DrawingRendererTest, ClosedPolylineIsOnePathThroughEveryVertex) {
+  addPolyline({OdGePoint2d(0.0, 0.0), OdGePoint2d(10.0, 0.0), OdGePoint2d(10.0, 10.0),
+               OdGePoint2d(0.0, 10.0)},
+              true);
+  const std::vector<SvgElement> primitives = svgPrimitives(svg(sizedOptions(120, 120, 10.0)));
+  ASSERT_EQ(1u, primitives.size());
+  // Ten pixels per unit; the polyline draws its closing segment back to the first vertex.
+  expectNumbers({10, 110, 110, 110, 110, 10, 10, 10, 10, 110},
+                numbersIn(primitives[0].attribute("d")));
+}
+
+TEST_F(DrawingRendererTest, DarkBackgroundDrawsTheForegroundWhite) {
+  addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(10.0, 0.0, 0.0))->setColorIndex(7);
+  addLine(OdGePoint3d(0.0, 1.0, 0.0), OdGePoint3d(10.0, 1.0, 0.0))->setColorIndex(0);
+  addLine(OdGePoint3d(0.0, 2.0, 0.0), OdGePoint3d(10.0, 2.0, 0.0))->setColorIndex(1);
+  struct Case {
+    Background background;
+    const char* foreground;
+  };
+  for (const Case& item :
+       {Case{Background::kWhite, "#000000"}, Case{Background::kDark, "#ffffff"}}) {
+    RenderOptions options;
+    options.background = item.background;
+    const std::string document = svg(options);
+    const std::vector<SvgElement> primitives = svgPrimitives(document);
+    ASSERT_EQ(3u, primitives.size());
+    EXPECT_EQ(item.foreground, primitives[0].attribute("stroke"));
+    EXPECT_EQ(item.foreground, primitives[1].attribute("stroke"));
+    EXPECT_EQ("#ff0000", primitives[2].attribute("stroke"));
+    const std::string background = svgElement(document, "rect").attribute("fill");
+    EXPECT_NE(item.foreground, background);
+    EXPECT_EQ(item.background == Background::kWhite, background == "#ffffff");
+  }
+}
+
+TEST_F(DrawingRendererTest, HiddenEntitiesAreNeitherDrawnNorFitted) {
+  const OdDbObjectId offLayer =
+      addLayer(OD_T("Off"), [](OdDbLayerTableRecord* layer) { layer->setIsOff(true); });
+  const OdDbObjectId frozenLayer =
+      addLayer(OD_T("Frozen"), [](OdDbLayerTableRecord* layer) { layer->setIsFrozen(true); });
+  addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(100.0, 50.0, 0.0));
+  // Far away, so that fitting any of them would move the visible line.
+  addLine(OdGePoint3d(1000.0, 1000.0, 0.0), OdGePoint3d(2000.0, 3000.0, 0.0))
+      ->setVisibility(OdDb::kInvisible);
+  addLine(OdGePoint3d(-1000.0, 0.0, 0.0), OdGePoint3d(-900.0, 0.0, 0.0))->setLayer(offLayer);
+  addLine(OdGePoint3d(0.0, -800.0, 0.0), OdGePoint3d(0.0, -700.0, 0.0))->setLayer(frozenLayer);
+
+  RenderResult result;
+  const std::vector<SvgElement> primitives =
+      svgPrimitives(svg(sizedOptions(220, 120, 10.0), &result));
+  ASSERT_EQ(1u, primitives.size());
+  EXPECT_EQ(1u, result.entitiesDrawn);
+  expectNumbers({10.0, 110.0, 210.0, 10.0}, numbersIn(primitives[0].attribute("d")));
+}
+
+TEST_F(DrawingRendererTest, LineweightsWidenStrokesButNeverBelowTheDefaultWidth) {
+  const OdDbObjectId heavyLayer = addLayer(
+      OD_T("Heavy"), [](OdDbLayerTableRecord* layer) { layer->setLineWeight(OdDb::kLnWt100); });
+  const double pixelsPerMm = 96.0 / 25.4;
+  struct Case {
+    const char* name;
+    std::function<void(OdDbEntity*)> dress;
+    double width;
+  };
+  const std::vector<Case> cases = {
+      {"0.00 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt000); }, 1.5},
+      {"0.13 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt013); }, 1.5},
+      {"0.80 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt080); }, 0.8 * pixelsPerMm},
+      {"2.11 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt211); }, 2.11 * pixelsPerMm},
+      {"by layer 1.00 mm", [&](OdDbEntity* e) { e->setLayer(heavyLayer); }, 1.0 * pixelsPerMm},
+      {"by layer default", [](OdDbEntity*) {}, 1.5},
+      {"by block", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWtByBlock); }, 1.5},
+  };
+  double y = 0.0;
+  for (const Case& item : cases) {
+    item.dress(addLine(OdGePoint3d(0.0, y, 0.0), OdGePoint3d(50.0, y, 0.0)).get());
+    y += 10.0;
+  }
+  RenderOptions options;
+  options.lineWidth = 1.5;
+  const std::vector<SvgElement> primitives = svgPrimitives(svg(options));
+  ASSERT_EQ(cases.size(), primitives.size());
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    SCOPED_TRACE(cases[i].name);
+    EXPECT_NEAR(cases[i].width, std::stod(primitives[i].attribute("stroke-width")), 1e-3);
+  }
+}
+
+TEST_F(DrawingRendererTest, EmptyDrawingGivesABlankPictureOfTheRequestedSize) {
+  addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(1.0, 1.0, 0.0))->setVisibility(OdDb::kInvisible);
+  const RenderOptions options = sizedOptions(64, 48, 4.0);
+
+  RenderResult result;
+  const std::string document = svg(options, &result);
+  EXPECT_TRUE(svgPrimitives(document).empty());
+  EXPECT_FALSE(result.notes.empty());
+  EXPECT_EQ(64, result.width);
+  EXPECT_EQ(48, result.height);
+  EXPECT_EQ("64", svgElement(document, "svg").attribute("width"));
+
+  const std::string png = temporaryPath("blank.png");
+  const RenderResult written = DrawingRenderer(options).renderPng(m_db.get(), png);
+  ASSERT_TRUE(written.ok) << written.error;
+  EXPECT_FALSE(written.notes.empty());
+  std::uint32_t width = 0, height = 0;
+  ASSERT_TRUE(readPngSize(png, width, height));
+  EXPECT_EQ(64u, width);
+  EXPECT_EQ(48u, height);
+  PngPixels pixels;
+  ASSERT_TRUE(readPngPixels(png, pixels));
+  EXPECT_EQ(0xFFFFFFu, pixels.at(32, 24));
+}
+
+TEST_F(DrawingRendererTest, PngHasTheRequestedSizeAndTheDrawnColours) {
+  // A horizontal red line across the middle, a blue one down the left edge.
+  addLine(OdGePoint3d(0.0, 50.0, 0.0), OdGePoint3d(200.0, 50.0, 0.0))->setColorIndex(1);
+  addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(0.0, 100.0, 0.0))->setColorIndex(5);
+  struct Case {
+    Background background;
+    std::uint32_t backgroundPixel;
+  };
+  for (const Case& item :
+       {Case{Background::kWhite, 0xFFFFFFu}, Case{Background::kDark, 0x212830u}}) {
+    RenderOptions options = sizedOptions(220, 120, 10.0);
+    options.lineWidth = 3.0;
+    options.background = item.background;
+    const std::string png = temporaryPath("lines.png");
+    const RenderResult result = DrawingRenderer(options).renderPng(m_db.get(), png);
+    ASSERT_TRUE(result.ok) << result.error;
+    EXPECT_EQ(2u, result.primitives);
+    std::uint32_t width = 0, height = 0;
+    ASSERT_TRUE(readPngSize(png, width, height));
+    EXPECT_EQ(220u, width);
+    EXPECT_EQ(120u, height);
+    // World (100, 50) is pixel (110, 60); world (0, 20) is pixel (10, 90).
+    PngPixels pixels;
+    ASSERT_TRUE(readPngPixels(png, pixels));
+    EXPECT_EQ(0xFF0000u, pixels.at(110, 60));
+    EXPECT_EQ(0x0000FFu, pixels.at(10, 90));
+    EXPECT_EQ(item.backgroundPixel, pixels.at(110, 90));
+  }
+}
+
+TEST_F(DrawingRendererTest, UnwritablePathsAreReportedWithTheReason) {
+  addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(10.0, 10.0, 0.0));
+  const DrawingRenderer renderer;
+  struct Case {
+    const char* name;
+    std::string path;
+  };
+  const std::vector<Case> cases = {
+      {"missing folder", "/nonexistent-folder-for-render-tests/picture"},
+      {"a folder", ::testing::TempDir()},
+  };
+  for (const Case& item : cases) {
+    SCOPED_TRACE(item.name);
+    for (const RenderResult& result :
+         {renderer.renderSvg(m_db.get(), item.path), renderer.renderPng(m_db.get(), item.path)}) {
+      EXPECT_FALSE(result.ok);
+      EXPECT_TRUE(contains(result.error, item.path)) << result.error;
+      EXPECT_TRUE(contains(result.error, "cannot write")) << result.error;
+    }
+  }
+}
+
+TEST_F(DrawingRendererTest, BadOptionsAreRefusedBeforeAnythingIsWritten) {
+  addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(100.0, 100.0, 0.0));
+  struct Case {
+    const char* name;
+    std::function<void(RenderOptions&)> spoil;
+  };
+  const std::vector<Case> cases = {
+      {"zero width", [](RenderOptions& o) { o.width = 0; }},
+      {"negative height", [](RenderOptions& o) { o.height = -5; }},
+      {"side too large", [](RenderOptions& o) { o.width = 100000; }},
+      {"area too large",
+       [](RenderOptions& o) {
+         o.width = 16000;
+         o.height = 16000;
+       }},
+      {"negative margin", [](RenderOptions& o) { o.margin = -1.0; }},
+      {"margin fills the picture", [](RenderOptions& o) { o.margin = 300.0; }},
+      {"no line width", [](RenderOptions& o) { o.lineWidth = 0.0; }},
+      {"line width not a number", [](RenderOptions& o) { o.lineWidth = std::nan(""); }},
+      {"scale not a number", [](RenderOptions& o) { o.pixelsPerUnit = std::nan(""); }},
+      {"negative scale", [](RenderOptions& o) { o.pixelsPerUnit = -2.0; }},
+      {"scale makes a huge picture", [](RenderOptions& o) { o.pixelsPerUnit = 1e6; }},
+  };
+  for (const Case& item : cases) {
+    SCOPED_TRACE(item.name);
+    RenderOptions options;
+    item.spoil(options);
+    const std::string path = temporaryPath("refused.png");
+    const RenderResult result = DrawingRenderer(options).renderPng(m_db.get(), path);
+    EXPECT_FALSE(result.ok);
+    EXPECT_FALSE(result.error.empty());
+    EXPECT_EQ(nullptr, std::fopen(path.c_str(), "rb"));
+  }
+}
+
+TEST_F(DrawingRendererTest, WritesTheSvgFileItReturnsAsText) {
+  addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(10.0, 10.0, 0.0))->setColorIndex(1);
+  const DrawingRenderer renderer;
+  const std::string path = temporaryPath("drawing.svg");
+  ASSERT_TRUE(renderer.renderSvg(m_db.get(), path).ok);
+  std::string document;
+  ASSERT_TRUE(renderer.svgDocument(m_db.get(), document).ok);
+  std::FILE* file = std::fopen(path.c_str(), "rb");
+  ASSERT_NE(nullptr, file);
+  std::string written;
+  char buffer[4096];
+  for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
+    written.append(buffer, n);
+  std::fclose(file);
+  EXPECT_EQ(document, written);
+  EXPECT_EQ(1u, svgPrimitives(written).size());
+}
+
+TEST(DrawingRendererInput, NoDatabaseIsRefused) {
+  const DrawingRenderer renderer;
+  std::string document;
+  const RenderResult result = renderer.svgDocument(static_cast<OdDbDatabase*>(nullptr), document);
+  EXPECT_FALSE(result.ok);
+  EXPECT_FALSE(result.error.empty());
+  EXPECT_FALSE(
+      renderer.renderPng(static_cast<OdDbDatabase*>(nullptr), temporaryPath("none.png")).ok);
+}
+
+} // namespace
+} // namespace render_test

@@ -1,0 +1,435 @@
+// The survey polygon: identity, construction, filing, drawing, editing and explode.
+
+#include "survey/OdDbGeoPolygon.h"
+
+#include "DbLine.h"
+#include "ExtendPE.h"
+#include "Gi/GiRecorder.h"
+#include "OdError.h"
+#include "PropertyPE.h"
+#include "survey/TriangleExtensions.h"
+
+#include "GeoPolygonTestSupport.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using geotest::samePoint;
+
+const OdGePoint3d kCenter(10, 20, 0);
+
+/// A regular polygon of `sides` sides about kCenter with vertex 0 at distance 5 along (3, 4).
+OdDbGeoPolygonPtr newPolygon(OdInt32 sides) {
+  OdDbGeoPolygonPtr polygon = OdDbGeoPolygon::createObject();
+  polygon->init(kCenter, sides);
+  polygon->setValue(kCenter + OdGeVector3d(3, 4, 0));
+  return polygon;
+}
+
+/// Vertex i of newPolygon(sides), computed independently.
+OdGePoint3d regularVertex(OdInt32 sides, int i) {
+  const double angle = std::atan2(4.0, 3.0) + 2 * OdaPI * i / sides;
+  return kCenter + OdGeVector3d(5 * std::cos(angle), 5 * std::sin(angle), 0);
+}
+
+/// A polygon whose fields are exact binary values: vertices (1,2), (5,2), (1,6), centre (1,2)
+/// and start vertex at the origin (a translation leaves it behind).
+OdDbGeoPolygonPtr exactPolygon() {
+  OdDbGeoPolygonPtr polygon = OdDbGeoPolygon::createObject();
+  polygon->init(OdGePoint3d::kOrigin, 3);
+  polygon->setValue(OdGePoint3d::kOrigin);
+  geotest::moveGrips(polygon, {1}, OdGeVector3d(4, 0, 0));
+  geotest::moveGrips(polygon, {2}, OdGeVector3d(0, 4, 0));
+  polygon->transformBy(OdGeMatrix3d::translation(OdGeVector3d(1, 2, 0)));
+  return polygon;
+}
+
+void expectPoints(const OdGePoint3dArray& actual, const std::vector<OdGePoint3d>& expected) {
+  ASSERT_EQ(actual.size(), expected.size());
+  for (unsigned int i = 0; i < actual.size(); ++i)
+    EXPECT_TRUE(samePoint(actual[i], expected[i])) << "point " << i;
+}
+
+TEST(GeoPolygon, IsRegisteredWithItsExtensions) {
+  OdRxClass* cls = OdDbGeoPolygon::desc();
+  ASSERT_NE(cls, nullptr);
+  EXPECT_EQ(cls->name(), OdString(u"OdDbGeoPolygon"));
+  EXPECT_EQ(cls->dxfName(), OdString(u"ODDBGEOPOLYGON"));
+  EXPECT_EQ(cls->myParent(), OdDbEntity::desc());
+  EXPECT_TRUE(OdDbGeoPolygon::createObject()->isKindOf(OdDbEntity::desc()));
+  EXPECT_NE(dynamic_cast<OdDbPolygonPropertyPE*>(cls->getX(PropertyPE::desc()).get()), nullptr);
+  EXPECT_NE(dynamic_cast<OdDbPolygonExtendPE*>(cls->getX(ExtendPE::desc()).get()), nullptr);
+}
+
+TEST(GeoPolygon, DefaultsToNoSidesAtTheOrigin) {
+  OdDbGeoPolygonPtr p = OdDbGeoPolygon::createObject();
+  EXPECT_EQ(p->GetVertexNub(), 0.0);
+  EXPECT_TRUE(p->getVertexList().isEmpty());
+  EXPECT_TRUE(p->getPts().isEmpty());
+  EXPECT_TRUE(samePoint(p->getCenterPt(), OdGePoint3d::kOrigin));
+  EXPECT_TRUE(samePoint(p->getStartPt(), OdGePoint3d::kOrigin));
+  EXPECT_TRUE(p->getRadiusVector().isZeroLength());
+  EXPECT_EQ(p->getTransform(), OdGeMatrix3d::kIdentity);
+
+  OdDbGeoPolygonPtr centred(new OdDbGeoPolygon(kCenter));
+  EXPECT_TRUE(samePoint(centred->getCenterPt(), kCenter));
+  EXPECT_TRUE(samePoint(centred->getStartPt(), OdGePoint3d::kOrigin));
+}
+
+TEST(GeoPolygon, SetValueBuildsRegularPolygonsCounterClockwiseFromTheStartVertex) {
+  for (OdInt32 sides : {3, 6, 12}) {
+    SCOPED_TRACE(sides);
+    OdDbGeoPolygonPtr p = newPolygon(sides);
+    const OdGePoint3dArray pts = p->getPts();
+    ASSERT_EQ(pts.size(), static_cast<unsigned int>(sides));
+    for (int i = 0; i < sides; ++i)
+      EXPECT_TRUE(samePoint(pts[i], regularVertex(sides, i))) << i;
+    EXPECT_TRUE(samePoint(p->getStartPt(), kCenter + OdGeVector3d(3, 4, 0)));
+    EXPECT_EQ(p->GetVertexNub(), sides);
+    EXPECT_NEAR(p->GetAngel(), 360.0 / sides, 1e-9);
+    double area = -1;
+    ASSERT_EQ(p->getArea(area), eOk);
+    EXPECT_NEAR(area, sides * 25.0 / 2 * std::sin(2 * OdaPI / sides), 1e-9);
+  }
+}
+
+TEST(GeoPolygon, InitSetsCentreAndStartButKeepsTheVertices) {
+  OdDbGeoPolygonPtr p = newPolygon(4);
+  const OdGePoint3dArray before = p->getVertexList();
+  p->init(OdGePoint3d(1, 1, 0), 4);
+  EXPECT_TRUE(samePoint(p->getCenterPt(), OdGePoint3d(1, 1, 0)));
+  EXPECT_TRUE(samePoint(p->getStartPt(), OdGePoint3d(1, 1, 0)));
+  EXPECT_TRUE(p->getVertexList() == before);
+  EXPECT_THROW(p->init(OdGePoint3d::kOrigin, 40000), OdError);
+  EXPECT_EQ(p->GetVertexNub(), 4.0);
+}
+
+TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStands) {
+  struct Case {
+    double requested;
+    OdInt32 sides;
+  } cases[] = {{4.9, 4}, {3.0, 3}, {12.2, 12}, {1.0, 1}, {0.0, 0}, {0.7, 0}, {-2.5, -2}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.requested);
+    OdDbGeoPolygonPtr p = newPolygon(6);
+    p->SetVertexNub(c.requested);
+    EXPECT_EQ(p->GetVertexNub(), c.sides);
+    const OdGePoint3dArray pts = p->getVertexList();
+    ASSERT_EQ(pts.size(), static_cast<unsigned int>(std::max(c.sides, 0)));
+    for (int i = 0; i < c.sides; ++i)
+      EXPECT_TRUE(samePoint(pts[i], regularVertex(c.sides, i))) << i;
+  }
+}
+
+TEST(GeoPolygon, SetVertexNubRefusesCountsThatAreNotNumbersOrTooLarge) {
+  const double refused[] = {std::numeric_limits<double>::quiet_NaN(),
+                            std::numeric_limits<double>::infinity(),
+                            -std::numeric_limits<double>::infinity(), 1e9, 32768.0, -40000.0};
+  for (double value : refused) {
+    SCOPED_TRACE(value);
+    OdDbGeoPolygonPtr p = newPolygon(5);
+    EXPECT_THROW(p->SetVertexNub(value), OdError);
+    EXPECT_EQ(p->GetVertexNub(), 5.0);
+    EXPECT_EQ(p->getPts().size(), 5u);
+  }
+}
+
+TEST(GeoPolygon, NoSidesLeaveNothingToDrawExplodeOrFill) {
+  OdDbGeoPolygonPtr p = newPolygon(6);
+  p->SetVertexNub(0);
+  EXPECT_TRUE(p->getVertexList().isEmpty());
+  OdGiRecorder recorder;
+  EXPECT_TRUE(p->worldDraw(&recorder));
+  EXPECT_TRUE(recorder.records().empty());
+  OdRxObjectPtrArray pieces;
+  EXPECT_EQ(p->explode(pieces), eOk);
+  EXPECT_TRUE(pieces.isEmpty());
+  EXPECT_NEAR(p->GetAngel(), std::numeric_limits<double>::infinity(), 0);
+}
+
+TEST(GeoPolygon, MoreSidesThanVerticesDrawNothingAndHaveNoArea) {
+  OdDbGeoPolygonPtr p = newPolygon(4);
+  p->init(kCenter, 6); // six sides, four vertices kept
+  OdGiRecorder recorder;
+  EXPECT_TRUE(p->worldDraw(&recorder));
+  EXPECT_TRUE(recorder.records().empty());
+  double area = 123.0;
+  EXPECT_EQ(p->getArea(area), eOk);
+  EXPECT_EQ(area, 123.0);
+  EXPECT_THROW(p->getPts(), OdError_InvalidIndex);
+  OdDbGripDataPtrArray grips;
+  EXPECT_THROW(p->getGripPoints(grips, 1.0, 5, OdGeVector3d::kZAxis, 0), OdError_InvalidIndex);
+  EXPECT_THROW(geotest::moveGrips(p, {5}, OdGeVector3d(1, 0, 0)), OdError_InvalidIndex);
+  // Fewer sides than vertices: the first ones count, but the outline is not drawn.
+  p->init(kCenter, 3);
+  EXPECT_EQ(p->getPts().size(), 3u);
+  recorder.clear();
+  p->worldDraw(&recorder);
+  EXPECT_TRUE(recorder.records().empty());
+}
+
+// ---------------------------------------------------------------------------------------------
+// Filing
+
+TEST(GeoPolygon, DwgRoundTripKeepsCentreStartAndVertices) {
+  OdDbGeoPolygonPtr source = newPolygon(6);
+  source->setColorIndex(2);
+  geotest::moveGrips(source, {3}, OdGeVector3d(1, 1, 0));
+  OdDbGeoPolygonPtr copy = OdDbGeoPolygon::createObject();
+  ASSERT_EQ(geotest::copyThroughDwg(source, copy), eOk);
+  EXPECT_EQ(copy->GetVertexNub(), 6.0);
+  EXPECT_TRUE(copy->getVertexList() == source->getVertexList());
+  EXPECT_TRUE(samePoint(copy->getCenterPt(), kCenter));
+  EXPECT_TRUE(samePoint(copy->getStartPt(), source->getStartPt()));
+  EXPECT_EQ(copy->colorIndex(), 2);
+}
+
+TEST(GeoPolygon, DwgWritesNoMoreVerticesThanBothTheListAndTheSideCountHold) {
+  OdDbGeoPolygonPtr source = newPolygon(4);
+  source->init(kCenter, 6);
+  OdDbGeoPolygonPtr copy = OdDbGeoPolygon::createObject();
+  ASSERT_EQ(geotest::copyThroughDwg(source, copy), eOk);
+  EXPECT_EQ(copy->GetVertexNub(), 4.0);
+  EXPECT_EQ(copy->getPts().size(), 4u);
+
+  source->init(kCenter, 2);
+  ASSERT_EQ(geotest::copyThroughDwg(source, copy), eOk);
+  EXPECT_EQ(copy->GetVertexNub(), 2.0);
+  EXPECT_EQ(copy->getVertexList().size(), 2u);
+}
+
+TEST(GeoPolygon, DwgRecordMatchesTheStoredReference) {
+  // Entity data, BS version 1, BS count 3, centre, start vertex, then the vertices as 3BD.
+  EXPECT_EQ(geotest::dwgHex(exactPolygon()), "REFERENCE");
+}
+
+/// Entity data (colour 6), then the polygon's fields as given.
+void writeRecord(geotest::Filer& filer, OdInt16 version, OdInt16 count, int pointsAfter) {
+  OdDbGeoPolygonPtr base = OdDbGeoPolygon::createObject();
+  base->setColorIndex(6);
+  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  base->OdDbEntity::dwgOutFields(&filer);
+  filer.wrInt16(version);
+  filer.wrInt16(count);
+  filer.wrPoint3d(OdGePoint3d(1, 1, 0));
+  filer.wrPoint3d(OdGePoint3d(2, 1, 0));
+  for (int i = 0; i < pointsAfter; ++i)
+    filer.wrPoint3d(OdGePoint3d(i, 0, 0));
+  filer.rewind();
+}
+
+TEST(GeoPolygon, ReadsOnlyVersionOne) {
+  struct Case {
+    OdInt16 version;
+    int expected;
+  } cases[] = {{1, eOk}, {0, 1}, {-1, 1}, {2, 1}, {32767, 1}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.version);
+    geotest::Filer filer;
+    writeRecord(filer, c.version, 3, 3);
+    OdDbGeoPolygonPtr target = newPolygon(5);
+    EXPECT_EQ(static_cast<int>(target->dwgInFields(&filer)), c.expected);
+    EXPECT_EQ(target->colorIndex(), 6); // the entity's data is read before the version
+    EXPECT_EQ(target->GetVertexNub(), c.expected == eOk ? 3.0 : 5.0);
+  }
+}
+
+TEST(GeoPolygon, VertexCountsTheStreamCannotHoldAreRefusedBeforeReading) {
+  struct Case {
+    OdInt16 count;
+    int pointsAfter;
+    bool accepted;
+  } cases[] = {{32767, 2, false}, {4, 3, false}, {3, 3, true}, {0, 0, true}, {-7, 0, true}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.count);
+    geotest::Filer filer;
+    writeRecord(filer, 1, c.count, c.pointsAfter);
+    OdDbGeoPolygonPtr target = newPolygon(5);
+    const OdResult result = target->dwgInFields(&filer);
+    if (!c.accepted) {
+      EXPECT_NE(result, eOk);
+      EXPECT_EQ(target->GetVertexNub(), 5.0);
+      EXPECT_EQ(target->getPts().size(), 5u);
+      continue;
+    }
+    EXPECT_EQ(result, eOk);
+    EXPECT_EQ(target->GetVertexNub(), c.count);
+    EXPECT_EQ(target->getVertexList().size(), static_cast<unsigned int>(std::max<int>(c.count, 0)));
+    EXPECT_TRUE(samePoint(target->getCenterPt(), OdGePoint3d(1, 1, 0)));
+    EXPECT_TRUE(samePoint(target->getStartPt(), OdGePoint3d(2, 1, 0)));
+  }
+}
+
+TEST(GeoPolygon, StreamCutShortAtAnyByteIsAnErrorAndLeavesThePolygonUsable) {
+  OdDbGeoPolygonPtr source = newPolygon(6);
+  geotest::Filer writer;
+  writer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  source->dwgOutFields(&writer);
+  for (unsigned int bytes = 0; bytes < writer.dataBuffer().size(); ++bytes) {
+    SCOPED_TRACE(bytes);
+    geotest::Filer reader;
+    geotest::openCut(writer, bytes, reader);
+    OdDbGeoPolygonPtr target = newPolygon(3);
+    EXPECT_NE(target->dwgInFields(&reader), eOk);
+    EXPECT_EQ(target->GetVertexNub(), 3.0);
+    EXPECT_EQ(target->getPts().size(), 3u);
+    EXPECT_TRUE(samePoint(target->getCenterPt(), kCenter));
+    OdGiRecorder recorder;
+    target->worldDraw(&recorder);
+    EXPECT_EQ(recorder.records().size(), 1u);
+  }
+}
+
+TEST(GeoPolygon, DxfInputIsRefusedWithoutReading) {
+  OdDbGeoPolygonPtr p = newPolygon(3);
+  EXPECT_EQ(static_cast<int>(p->dxfInFields(nullptr)), 1);
+  EXPECT_EQ(p->getPts().size(), 3u);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Drawing and editing
+
+TEST(GeoPolygon, DrawsOneClosedPolylineThroughItsVertices) {
+  OdDbGeoPolygonPtr p = newPolygon(6);
+  p->transformBy(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 4))); // drawn at z 0 all the same
+  OdGiRecorder recorder;
+  EXPECT_TRUE(p->worldDraw(&recorder));
+  ASSERT_EQ(recorder.records().size(), 1u);
+  const std::vector<OdGePoint3d>& points = recorder.records()[0].points;
+  ASSERT_EQ(points.size(), 7u);
+  for (int i = 0; i < 7; ++i)
+    EXPECT_TRUE(samePoint(points[i], regularVertex(6, i % 6))) << i;
+}
+
+TEST(GeoPolygon, TransformLeavesStartAndRadiusForTheNextRebuild) {
+  OdDbGeoPolygonPtr p = newPolygon(4);
+  const OdGePoint3d start = p->getStartPt();
+  const OdGeVector3d radius = p->getRadiusVector();
+  const OdGeMatrix3d quarter = OdGeMatrix3d::rotation(OdaPI / 2, OdGeVector3d::kZAxis, kCenter);
+  const OdGeMatrix3d shift = OdGeMatrix3d::translation(OdGeVector3d(100, 0, 0));
+  ASSERT_EQ(p->transformBy(quarter), eOk);
+  ASSERT_EQ(p->transformBy(shift), eOk);
+  EXPECT_EQ(p->getTransform(), quarter * shift);
+  const OdGePoint3d movedCenter = kCenter + OdGeVector3d(100, 0, 0);
+  EXPECT_TRUE(samePoint(p->getCenterPt(), movedCenter));
+  // The vertices turned a quarter: vertex 0 now stands where vertex 1 stood, moved along.
+  EXPECT_TRUE(samePoint(p->getPts()[0], regularVertex(4, 1) + OdGeVector3d(100, 0, 0)));
+  EXPECT_TRUE(samePoint(p->getStartPt(), start));
+  EXPECT_TRUE(samePoint(OdGePoint3d::kOrigin + p->getRadiusVector(),
+                        OdGePoint3d::kOrigin + radius));
+  // Required: a rebuild starts from the untransformed radius, so the quarter turn is lost.
+  p->SetVertexNub(4);
+  EXPECT_TRUE(samePoint(p->getPts()[0], movedCenter + OdGeVector3d(3, 4, 0)));
+}
+
+TEST(GeoPolygon, GripsAreTheVerticesThenTheCentre) {
+  OdDbGeoPolygonPtr p = newPolygon(6);
+  const OdDbGripDataPtrArray grips = geotest::gripsOf(p);
+  ASSERT_EQ(grips.size(), 7u);
+  for (unsigned int i = 0; i < 6; ++i) {
+    EXPECT_TRUE(samePoint(grips[i]->gripPoint(), regularVertex(6, i)));
+    EXPECT_EQ(geotest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
+  }
+  EXPECT_TRUE(samePoint(grips[6]->gripPoint(), kCenter));
+  EXPECT_EQ(geotest::gripIndex(grips[6]), 6);
+}
+
+TEST(GeoPolygon, DraggingAVertexMovesItAloneAndTheCentreGripMovesEverything) {
+  const OdGeVector3d v(2, -1, 0);
+  for (OdInt32 sides : {3, 6, 12}) {
+    SCOPED_TRACE(sides);
+    OdDbGeoPolygonPtr p = newPolygon(sides);
+    const OdGePoint3d start = p->getStartPt();
+    ASSERT_EQ(geotest::moveGrips(p, {1}, v), eOk);
+    std::vector<OdGePoint3d> expected;
+    for (int i = 0; i < sides; ++i)
+      expected.push_back(regularVertex(sides, i) + (i == 1 ? v : OdGeVector3d()));
+    expectPoints(p->getPts(), expected);
+    EXPECT_TRUE(samePoint(p->getCenterPt(), kCenter));
+    EXPECT_TRUE(samePoint(p->getStartPt(), start));
+
+    ASSERT_EQ(geotest::moveGrips(p, {sides}, v), eOk);
+    for (OdGePoint3d& point : expected)
+      point += v;
+    expectPoints(p->getPts(), expected);
+    EXPECT_TRUE(samePoint(p->getCenterPt(), kCenter + v));
+    EXPECT_TRUE(samePoint(p->getStartPt(), start + v));
+  }
+}
+
+TEST(GeoPolygon, StretchingMovesListedVerticesOnly) {
+  OdDbGeoPolygonPtr p = newPolygon(6);
+  OdGePoint3dArray points;
+  ASSERT_EQ(p->getStretchPoints(points), eOk);
+  expectPoints(points, {regularVertex(6, 0), regularVertex(6, 1), regularVertex(6, 2),
+                        regularVertex(6, 3), regularVertex(6, 4), regularVertex(6, 5)});
+  const OdGeVector3d v(0, 3, 0);
+  ASSERT_EQ(p->moveStretchPointsAt(OdIntArray{1, 4, 6, -1}, v), eOk);
+  expectPoints(p->getPts(), {regularVertex(6, 0), regularVertex(6, 1) + v, regularVertex(6, 2),
+                             regularVertex(6, 3), regularVertex(6, 4) + v, regularVertex(6, 5)});
+  EXPECT_TRUE(samePoint(p->getCenterPt(), kCenter));
+  ASSERT_EQ(p->moveStretchPointsAt(OdIntArray(), v), eOk);
+  EXPECT_TRUE(samePoint(p->getPts()[0], regularVertex(6, 0)));
+}
+
+TEST(GeoPolygon, ExplodesIntoOneLinePerSideClosingLast) {
+  for (OdInt32 sides : {3, 6, 12}) {
+    SCOPED_TRACE(sides);
+    OdDbGeoPolygonPtr p = newPolygon(sides);
+    p->setColorIndex(5);
+    OdRxObjectPtrArray pieces;
+    ASSERT_EQ(p->explode(pieces), eOk);
+    ASSERT_EQ(pieces.size(), static_cast<unsigned int>(sides));
+    for (int i = 0; i < sides; ++i) {
+      OdDbLinePtr line = OdDbLine::cast(pieces[i].get());
+      ASSERT_FALSE(line.isNull());
+      EXPECT_TRUE(samePoint(line->startPoint(), regularVertex(sides, i)));
+      EXPECT_TRUE(samePoint(line->endPoint(), regularVertex(sides, (i + 1) % sides)));
+      EXPECT_EQ(line->colorIndex(), 5);
+    }
+  }
+  OdDbGeoPolygonPtr two = newPolygon(2);
+  OdRxObjectPtrArray pieces;
+  EXPECT_EQ(two->explode(pieces), eOk);
+  EXPECT_TRUE(pieces.isEmpty());
+}
+
+TEST(GeoPolygon, GsMarkerSnapsUseTheSideFromItsSecondVertexToTheOrigin) {
+  OdDbGeoPolygonPtr p = newPolygon(6);
+  for (OdGsMarker k = 1; k <= 6; ++k) {
+    SCOPED_TRACE(k);
+    // Required: the side's line runs from V(k mod n) to the origin, not from V(k-1).
+    const OdGePoint3d second = regularVertex(6, k % 6);
+    expectPoints(geotest::snapsOf(p, OdDb::kOsModeEnd, k), {second, OdGePoint3d::kOrigin});
+    expectPoints(geotest::snapsOf(p, OdDb::kOsModeMid, k),
+                 {OdGePoint3d(second.x / 2, second.y / 2, second.z / 2)});
+    EXPECT_TRUE(geotest::snapsOf(p, OdDb::kOsModeCen, k).isEmpty());
+  }
+}
+
+TEST(GeoPolygon, SnapsWithoutASideAreThoseOfAllSidesWithTheCentreFirst) {
+  OdDbGeoPolygonPtr p = newPolygon(3);
+  for (OdGsMarker marker : {OdGsMarker(0), OdGsMarker(4), OdGsMarker(-1)}) {
+    SCOPED_TRACE(marker);
+    expectPoints(geotest::snapsOf(p, OdDb::kOsModeEnd, marker),
+                 {regularVertex(3, 0), regularVertex(3, 1), regularVertex(3, 1),
+                  regularVertex(3, 2), regularVertex(3, 2), regularVertex(3, 0)});
+    expectPoints(geotest::snapsOf(p, OdDb::kOsModeCen, marker), {kCenter});
+  }
+}
+
+TEST(GeoPolygon, IntersectsOtherEntitiesAlongItsSides) {
+  OdDbGeoPolygonPtr p = OdDbGeoPolygon::createObject();
+  p->init(OdGePoint3d::kOrigin, 4);
+  p->setValue(OdGePoint3d(2, 0, 0)); // the square (2,0) (0,2) (-2,0) (0,-2)
+  OdDbLinePtr line = OdDbLine::createObject();
+  line->setStartPoint(OdGePoint3d(-5, 1, 0));
+  line->setEndPoint(OdGePoint3d(5, 1, 0));
+  OdGePoint3dArray points;
+  ASSERT_EQ(p->intersectWith(line, OdDb::kOnBothOperands, points), eOk);
+  expectPoints(points, {OdGePoint3d(1, 1, 0), OdGePoint3d(-1, 1, 0)});
+}
+
+} // namespace

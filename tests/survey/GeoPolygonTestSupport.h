@@ -1,0 +1,94 @@
+#ifndef CUSTENTS_TESTS_GEO_POLYGON_TEST_SUPPORT_H
+#define CUSTENTS_TESTS_GEO_POLYGON_TEST_SUPPORT_H
+
+// Helpers shared by the tests of the triangle and the polygon: DWG streams as hex text, streams
+// cut short, grips by index.
+
+#include "DbDwgStreamFiler.h"
+#include "DbEntity.h"
+#include "RxObjectImpl.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+namespace geotest {
+
+typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
+
+/// The entity's DWG data stream as lower-case hex, followed by "/" and its size in bits.
+inline std::string dwgHex(const OdDbObject* object) {
+  Filer filer;
+  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  object->dwgOutFields(&filer);
+  std::string hex;
+  char digits[3];
+  for (OdUInt8 byte : filer.dataBuffer()) {
+    std::snprintf(digits, sizeof digits, "%02x", byte);
+    hex += digits;
+  }
+  return hex + "/" + std::to_string(filer.dataBitSize());
+}
+
+/// Writes `source` and reads it into `target`, the way copies are made.
+inline OdResult copyThroughDwg(const OdDbObject* source, OdDbObject* target) {
+  Filer filer;
+  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  source->dwgOutFields(&filer);
+  filer.rewind();
+  return target->dwgInFields(&filer);
+}
+
+/// A reader over the first `bytes` bytes of what `writer` wrote to its data stream.
+inline void openCut(const Filer& writer, unsigned int bytes, Filer& reader) {
+  OdUInt8Array data;
+  for (unsigned int i = 0; i < bytes; ++i)
+    data.append(writer.dataBuffer()[i]);
+  reader.openForRead(data, OdUInt64(bytes) * 8, writer.stringBuffer(), writer.stringBitSize(),
+                     writer.handleBuffer(), writer.handleBitSize(), nullptr,
+                     OdDbFiler::kCopyFiler);
+}
+
+/// The entity's grips, asked for as an editor asks.
+inline OdDbGripDataPtrArray gripsOf(const OdDbEntity* entity) {
+  OdDbGripDataPtrArray grips;
+  EXPECT_EQ(entity->getGripPoints(grips, 1.0, 5, OdGeVector3d::kZAxis, 0), eOk);
+  return grips;
+}
+
+inline OdIntPtr gripIndex(const OdDbGripDataPtr& grip) {
+  return reinterpret_cast<OdIntPtr>(grip->appData());
+}
+
+/// Moves the grips with these application data by `offset`.
+inline OdResult moveGrips(OdDbEntity* entity, std::initializer_list<OdIntPtr> indices,
+                          const OdGeVector3d& offset) {
+  OdDbVoidPtrArray tags;
+  for (OdIntPtr index : indices)
+    tags.append(reinterpret_cast<void*>(index));
+  return entity->moveGripPointsAt(tags, offset, 0);
+}
+
+/// Snap points of `entity` with default pick and last points and an identity view.
+inline OdGePoint3dArray snapsOf(const OdDbEntity* entity, OdDb::OsnapMode mode,
+                                OdGsMarker marker = 0) {
+  OdGePoint3dArray points;
+  EXPECT_EQ(entity->getOsnapPoints(mode, marker, OdGePoint3d::kOrigin, OdGePoint3d::kOrigin,
+                                   OdGeMatrix3d::kIdentity, points),
+            eOk);
+  return points;
+}
+
+inline ::testing::AssertionResult samePoint(const OdGePoint3d& actual,
+                                            const OdGePoint3d& expected, double tol = 1e-9) {
+  if (actual.distanceTo(expected) <= tol)
+    return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure()
+         << "(" << actual.x << ", " << actual.y << ", " << actual.z << ") is not ("
+         << expected.x << ", " << expected.y << ", " << expected.z << ")";
+}
+
+} // namespace geotest
+
+#endif

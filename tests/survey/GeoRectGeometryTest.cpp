@@ -1,0 +1,241 @@
+// The rectangle's corner maths, without any entity or database.
+
+#include "survey/GeoRectGeometry.h"
+
+#include "Ge/GeMatrix3d.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+using custents::GeoRectGeometry;
+
+void expectPoint(const OdGePoint3d& actual, const OdGePoint3d& expected) {
+  EXPECT_NEAR(actual.x, expected.x, 1e-9);
+  EXPECT_NEAR(actual.y, expected.y, 1e-9);
+  EXPECT_NEAR(actual.z, expected.z, 1e-9);
+}
+
+void expectCorners(const GeoRectGeometry& rect, const OdGePoint3d (&expected)[4]) {
+  for (int i = 0; i < 4; ++i) {
+    SCOPED_TRACE(testing::Message() << "corner " << i);
+    expectPoint(rect.corners[i], expected[i]);
+  }
+}
+
+/// 10 long along X, 4 wide along Y, P0 at (1, 2).
+GeoRectGeometry axisAligned() {
+  return GeoRectGeometry::fromDiagonal(OdGePoint3d(1, 2, 0), OdGePoint3d(11, 6, 0));
+}
+
+TEST(GeoRectGeometry, CenterIsTheMeanAndRefusesEmptyInput) {
+  const OdGePoint3d points[3] = {{0, 0, 0}, {3, 0, 3}, {0, 6, 0}};
+  OdGePoint3d center(7, 7, 7);
+  EXPECT_EQ(custents::calcCenterPt(points, 3, center), 1);
+  expectPoint(center, OdGePoint3d(1, 2, 1));
+
+  OdGePoint3d untouched(7, 7, 7);
+  EXPECT_EQ(custents::calcCenterPt(nullptr, 3, untouched), 0);
+  EXPECT_EQ(custents::calcCenterPt(points, 0, untouched), 0);
+  EXPECT_EQ(custents::calcCenterPt(points, -1, untouched), 0);
+  expectPoint(untouched, OdGePoint3d(7, 7, 7));
+}
+
+TEST(GeoRectGeometry, DiagonalGivesCornersInOrderWithGeneratedCornersAtZeroHeight) {
+  const GeoRectGeometry rect =
+      GeoRectGeometry::fromDiagonal(OdGePoint3d(1, 2, 4), OdGePoint3d(5, 8, 10));
+  expectCorners(rect, {{1, 2, 4}, {5, 2, 0}, {5, 8, 10}, {1, 8, 0}});
+  // The centre takes the mean z of the two given points, not of the four corners.
+  expectPoint(rect.center, OdGePoint3d(3, 5, 7));
+  expectPoint(rect.rotatePt, OdGePoint3d(3, 55, 7));
+  EXPECT_DOUBLE_EQ(rect.lengthEdge(), std::sqrt(16.0 + 16.0));
+  EXPECT_DOUBLE_EQ(rect.widthEdge(), std::sqrt(36.0 + 16.0));
+}
+
+TEST(GeoRectGeometry, ResizingKeepsTheOppositeEdge) {
+  GeoRectGeometry rect = axisAligned();
+  rect.setLengthEdge(3);
+  expectCorners(rect, {{1, 2, 0}, {4, 2, 0}, {4, 6, 0}, {1, 6, 0}});
+  expectPoint(rect.center, OdGePoint3d(2.5, 4, 0));
+  rect.setWidthEdge(1);
+  expectCorners(rect, {{1, 2, 0}, {4, 2, 0}, {4, 3, 0}, {1, 3, 0}});
+  // A negative length flips the rectangle through P0-P3.
+  rect.setLengthEdge(-2);
+  expectCorners(rect, {{1, 2, 0}, {-1, 2, 0}, {-1, 3, 0}, {1, 3, 0}});
+  EXPECT_DOUBLE_EQ(rect.lengthEdge(), 2);
+  // The rotation handle is never moved by edits.
+  expectPoint(rect.rotatePt, OdGePoint3d(6, 54, 0));
+}
+
+TEST(GeoRectGeometry, DegenerateEdgesTakeTheirFallbackDirections) {
+  struct Case {
+    const char* name;
+    OdGePoint3d corners[4];
+    bool resizeLength;
+    OdGePoint3d expected[4];
+  };
+  const Case cases[] = {
+      // All corners equal: the length goes along -perp(+Y) = +X, the width along perp(+X) = +Y.
+      {"point, length", {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}}, true,
+       {{1, 1, 0}, {3, 1, 0}, {3, 1, 0}, {1, 1, 0}}},
+      {"point, width", {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}}, false,
+       {{1, 1, 0}, {1, 1, 0}, {1, 3, 0}, {1, 3, 0}}},
+      // A zero length edge turns the width edge's direction (+Y) by -perp: +X.
+      {"flat along Y, length", {{0, 0, 0}, {0, 0, 0}, {0, 5, 0}, {0, 5, 0}}, true,
+       {{0, 0, 0}, {2, 0, 0}, {2, 5, 0}, {0, 5, 0}}},
+      // A zero width edge turns the length edge's direction (-X) by perp: -Y.
+      {"flat along -X, width", {{0, 0, 0}, {-4, 0, 0}, {-4, 0, 0}, {0, 0, 0}}, false,
+       {{0, 0, 0}, {-4, 0, 0}, {-4, -2, 0}, {0, -2, 0}}},
+      // Edges shorter than 1e-10 count as degenerate.
+      {"tiny length edge", {{0, 0, 0}, {1e-11, 0, 0}, {1e-11, 3, 0}, {0, 3, 0}}, true,
+       {{0, 0, 0}, {2, 0, 0}, {2, 3, 0}, {0, 3, 0}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    GeoRectGeometry rect;
+    for (int i = 0; i < 4; ++i)
+      rect.corners[i] = c.corners[i];
+    if (c.resizeLength)
+      rect.setLengthEdge(2);
+    else
+      rect.setWidthEdge(2);
+    expectCorners(rect, c.expected);
+  }
+}
+
+TEST(GeoRectGeometry, DraggingACornerKeepsTheOppositeCornerAndTheShape) {
+  struct Case {
+    int corner;
+    OdGePoint3d expected[4];
+  };
+  // Corners (1,2) (11,2) (11,6) (1,6), dragged by (1, -1).
+  const Case cases[] = {
+      {0, {{2, 1, 0}, {11, 1, 0}, {11, 6, 0}, {2, 6, 0}}},
+      {1, {{1, 1, 0}, {12, 1, 0}, {12, 6, 0}, {1, 6, 0}}},
+      {2, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
+      {3, {{2, 2, 0}, {11, 2, 0}, {11, 5, 0}, {2, 5, 0}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << "corner " << c.corner);
+    GeoRectGeometry rect = axisAligned();
+    rect.moveGrip(c.corner, OdGeVector3d(1, -1, 0));
+    expectCorners(rect, c.expected);
+    // The centre follows as the mean of the corners.
+    OdGePoint3d mean;
+    custents::calcCenterPt(rect.corners, 4, mean);
+    expectPoint(rect.center, mean);
+  }
+}
+
+TEST(GeoRectGeometry, DraggingACornerOfARotatedRectangleKeepsItRectangular) {
+  GeoRectGeometry rect = axisAligned();
+  rect.transformBy(OdGeMatrix3d::rotation(0.5, OdGeVector3d::kZAxis));
+  const OdGePoint3d fixed = rect.corners[2];
+  rect.moveGrip(0, OdGeVector3d(0.7, 1.3, 0));
+  expectPoint(rect.corners[2], fixed);
+  for (int i = 0; i < 4; ++i) {
+    const OdGeVector3d in = rect.corners[i] - rect.corners[(i + 3) % 4];
+    const OdGeVector3d out = rect.corners[(i + 1) % 4] - rect.corners[i];
+    EXPECT_NEAR(in.dotProduct(out), 0.0, 1e-9) << "corner " << i;
+  }
+}
+
+TEST(GeoRectGeometry, CentreGripMovesEverythingAndUnknownGripsNothing) {
+  GeoRectGeometry rect = axisAligned();
+  rect.moveGrip(4, OdGeVector3d(1, 1, 1));
+  expectCorners(rect, {{2, 3, 1}, {12, 3, 1}, {12, 7, 1}, {2, 7, 1}});
+  expectPoint(rect.center, OdGePoint3d(7, 5, 1));
+  for (int grip : {-1, 5, 100}) {
+    GeoRectGeometry same = axisAligned();
+    same.moveGrip(grip, OdGeVector3d(1, 1, 1));
+    expectCorners(same, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}});
+  }
+}
+
+TEST(GeoRectGeometry, DraggingACornerWhoseEdgeHasNoLengthMovesItAlone) {
+  GeoRectGeometry rect;
+  rect.corners[1] = OdGePoint3d(4, 0, 0);
+  rect.corners[2] = OdGePoint3d(4, 0, 0);
+  // Dragging P0: A = P3 - P2 has length 4, B = P1 - P2 is exactly zero, so nothing follows.
+  rect.moveGrip(0, OdGeVector3d(1, 1, 0));
+  expectCorners(rect, {{1, 1, 0}, {4, 0, 0}, {4, 0, 0}, {0, 0, 0}});
+}
+
+TEST(GeoRectGeometry, StretchingFollowsTheSelection) {
+  struct Case {
+    const char* name;
+    OdIntArray indices;
+    OdGePoint3d expected[4];
+  };
+  // Corners (1,2) (11,2) (11,6) (1,6), stretched by (1, -1).
+  const Case cases[] = {
+      {"none selected", {}, {{2, 1, 0}, {12, 1, 0}, {12, 5, 0}, {2, 5, 0}}},
+      {"three selected", {0, 1, 2}, {{2, 1, 0}, {12, 1, 0}, {12, 5, 0}, {2, 5, 0}}},
+      {"four selected", {3, 2, 1, 0}, {{2, 1, 0}, {12, 1, 0}, {12, 5, 0}, {2, 5, 0}}},
+      {"one corner", {2}, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
+      {"one index past the corners", {4}, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
+      // Both ends of an edge: the edge slides across itself, the sideways part is dropped.
+      {"edge P0-P1", {0, 1}, {{1, 1, 0}, {11, 1, 0}, {11, 6, 0}, {1, 6, 0}}},
+      {"edge P1-P0", {1, 0}, {{1, 1, 0}, {11, 1, 0}, {11, 6, 0}, {1, 6, 0}}},
+      {"edge P0-P3", {0, 3}, {{2, 2, 0}, {11, 2, 0}, {11, 6, 0}, {2, 6, 0}}},
+      {"edge P3-P0", {3, 0}, {{2, 2, 0}, {11, 2, 0}, {11, 6, 0}, {2, 6, 0}}},
+      {"edge P1-P2", {1, 2}, {{1, 2, 0}, {12, 2, 0}, {12, 6, 0}, {1, 6, 0}}},
+      {"edge P2-P1", {2, 1}, {{1, 2, 0}, {12, 2, 0}, {12, 6, 0}, {1, 6, 0}}},
+      {"edge P2-P3", {2, 3}, {{1, 2, 0}, {11, 2, 0}, {11, 5, 0}, {1, 5, 0}}},
+      {"edge P3-P2", {3, 2}, {{1, 2, 0}, {11, 2, 0}, {11, 5, 0}, {1, 5, 0}}},
+      // A diagonal or a repeated index drags the first corner by the full offset.
+      {"diagonal", {0, 2}, {{2, 1, 0}, {11, 1, 0}, {11, 6, 0}, {2, 6, 0}}},
+      {"repeated", {2, 2}, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
+      {"pair starting past the corners", {7, 0}, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    GeoRectGeometry rect = axisAligned();
+    rect.moveStretchPoints(c.indices, OdGeVector3d(1, -1, 0));
+    expectCorners(rect, c.expected);
+    OdGePoint3d mean;
+    custents::calcCenterPt(rect.corners, 4, mean);
+    expectPoint(rect.center, mean);
+  }
+}
+
+TEST(GeoRectGeometry, EdgeStretchOfADegenerateEdgeUsesTheFullOffset) {
+  // P0 and P3 coincide, so the direction across edge P0-P1 (P0 - P3) is zero.
+  GeoRectGeometry rect;
+  rect.corners[1] = OdGePoint3d(5, 0, 0);
+  rect.corners[2] = OdGePoint3d(5, 0, 0);
+  rect.moveStretchPoints(OdIntArray{0, 1}, OdGeVector3d(1, 2, 0));
+  // P0 moves by the unprojected offset; P1 and P3 cannot follow an edge of length zero.
+  expectPoint(rect.corners[0], OdGePoint3d(1, 2, 0));
+  expectPoint(rect.corners[1], OdGePoint3d(5, 0, 0));
+}
+
+TEST(GeoRectGeometry, TransformMovesCornersAndCentreButNotTheRotationHandle) {
+  GeoRectGeometry rect = axisAligned();
+  rect.transformBy(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 5)) *
+                   OdGeMatrix3d::scaling(2.0));
+  expectCorners(rect, {{2, 4, 5}, {22, 4, 5}, {22, 12, 5}, {2, 12, 5}});
+  expectPoint(rect.center, OdGePoint3d(12, 8, 5));
+  expectPoint(rect.rotatePt, OdGePoint3d(6, 54, 0));
+}
+
+TEST(GeoRectGeometry, FlatteningDependsOnTheCentreHeightAlone) {
+  GeoRectGeometry raised =
+      GeoRectGeometry::fromDiagonal(OdGePoint3d(0, 0, 2), OdGePoint3d(4, 4, 6));
+  raised.setZToZero();
+  expectCorners(raised, {{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}});
+  expectPoint(raised.center, OdGePoint3d(2, 2, 0));
+  expectPoint(raised.rotatePt, OdGePoint3d(2, 52, 0));
+
+  // Corners at z = ±3 around a centre at exactly z = 0 are left as they are.
+  GeoRectGeometry tilted =
+      GeoRectGeometry::fromDiagonal(OdGePoint3d(0, 0, 3), OdGePoint3d(4, 4, -3));
+  ASSERT_EQ(tilted.center.z, 0.0);
+  tilted.setZToZero();
+  EXPECT_EQ(tilted.corners[0].z, 3.0);
+  EXPECT_EQ(tilted.corners[2].z, -3.0);
+}
+
+} // namespace

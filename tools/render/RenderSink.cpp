@@ -1,0 +1,323 @@
+#include "RenderSink.h"
+
+#include "DbEntity.h"
+#include "Ge/GePoint2d.h"
+#include "OdString.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace custents {
+namespace render {
+
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+/// How far a traced curve may stray from the true one, in pixels.
+constexpr double kCurveTolerancePixels = 0.25;
+/// More segments than this per arc would not show and only make files large.
+constexpr int kMaxArcSegments = 4096;
+/// Text heights are cap heights; the font size is the em, which is this much larger. DejaVu
+/// Sans has capitals 1493 of 2048 units tall.
+constexpr double kCapHeightPerEm = 1493.0 / 2048.0;
+/// The steepest slant drawn, as CAD programs limit it (85 degrees).
+constexpr double kMaxOblique = 85.0 * kPi / 180.0;
+
+/// Orthonormal axes (u, v) of the plane with this normal, u along xHint projected into the
+/// plane (or the arbitrary-axis X without a hint), u x v the unit normal. False for a zero
+/// normal or a hint with no component in the plane.
+bool planeAxes(const OdGeVector3d& normal, const OdGeVector3d* xHint, OdGeVector3d& u,
+               OdGeVector3d& v) {
+  if (normal.isZeroLength())
+    return false;
+  const OdGeVector3d n = normal.normal();
+  const OdGeVector3d x = xHint ? xHint->orthoProject(n) : n.perpVector();
+  if (x.isZeroLength())
+    return false;
+  u = x.normal();
+  v = n.crossProduct(u);
+  return true;
+}
+
+bool isFinite(const PixelPoint& point) {
+  return std::isfinite(point.x) && std::isfinite(point.y);
+}
+
+bool isDrawable(const ScenePrimitive& primitive) {
+  if (primitive.points.empty() || !std::isfinite(primitive.radius))
+    return false;
+  if (!std::all_of(primitive.points.begin(), primitive.points.end(), isFinite))
+    return false;
+  return std::all_of(std::begin(primitive.fontMatrix), std::end(primitive.fontMatrix),
+                     [](double value) { return std::isfinite(value); });
+}
+
+int arcSegments(double radiusPixels, double sweep) {
+  if (!(radiusPixels > kCurveTolerancePixels))
+    return 1;
+  const double step = 2.0 * std::acos(1.0 - kCurveTolerancePixels / radiusPixels);
+  const double segments = std::ceil(std::fabs(sweep) / step);
+  return static_cast<int>(std::min<double>(std::max(segments, 1.0), kMaxArcSegments));
+}
+
+} // namespace
+
+RenderSink::RenderSink(RenderScene& scene, const ViewTransform& view, StyleResolver& styles)
+    : m_scene(scene), m_view(view), m_styles(styles),
+      m_viewport(static_cast<const OdGiWorldGeometry*>(this)) {
+  // The same plan view the picture shows, so view-dependent graphics match it.
+  const double centerX = (0.5 * scene.width - view.offsetX) / view.scale;
+  const double centerY = (view.offsetY - 0.5 * scene.height) / view.scale;
+  m_viewport.setView(OdGePoint3d(centerX, centerY, 0.0), OdGeVector3d::kZAxis,
+                     OdGeVector3d::kYAxis);
+  m_viewport.setPixelsPerUnit(view.scale);
+  m_viewport.setViewportDcCorners(OdGePoint2d(0.0, 0.0), OdGePoint2d(scene.width, scene.height));
+}
+
+void RenderSink::drawEntity(const OdDbEntity* entity) {
+  resetTraits();
+  m_transforms.clear();
+  m_entityLayer = entity->layerId();
+  m_database = entity->database();
+  setTrueColor(entity->entityColor());
+  setLayer(m_entityLayer);
+  setLineType(entity->linetypeId());
+  setLineWeight(entity->lineWeight());
+  setLineTypeScale(entity->linetypeScale());
+  try {
+    if (!entity->worldDraw(this))
+      entity->viewportDraw(this);
+  } catch (...) {
+    m_transforms.clear();
+    throw;
+  }
+  m_transforms.clear();
+}
+
+// The drawing interfaces hand out non-const references from const members, as the SDK's do:
+// drawing into a sink changes it even when the sink is reached through a const draw context.
+OdGiGeometry& RenderSink::rawGeometry() const {
+  return static_cast<OdGiWorldGeometry&>(const_cast<RenderSink&>(*this));
+}
+
+RenderSink& RenderSink::geometry() const {
+  return const_cast<RenderSink&>(*this);
+}
+
+OdGiViewport& RenderSink::viewport() const {
+  return const_cast<OdGiFixedViewport&>(m_viewport);
+}
+
+OdGiSubEntityTraits& RenderSink::subEntityTraits() const {
+  return const_cast<RenderSink&>(*this);
+}
+
+OdGiContext* RenderSink::context() const {
+  return const_cast<RenderSink*>(this);
+}
+
+double RenderSink::deviation(const OdGiDeviationType, const OdGePoint3d&) const {
+  return kCurveTolerancePixels / m_view.scale;
+}
+
+void RenderSink::commit(ScenePrimitive&& primitive) {
+  OdDbStub* layerInForce = layer() ? layer() : m_entityLayer;
+  if (!isDrawable(primitive) || !m_styles.layerShows(layerInForce))
+    return;
+  primitive.color = m_styles.color(trueColor(), layerInForce);
+  primitive.lineWidth = m_styles.lineWidth(lineWeight(), layerInForce);
+  m_scene.primitives.push_back(std::move(primitive));
+}
+
+PixelPoint RenderSink::toPixels(const OdGePoint3d& modelPoint) const {
+  const OdGePoint3d world = m_transforms.empty() ? modelPoint : m_transforms.back() * modelPoint;
+  return m_view.toPixels(world.x, world.y);
+}
+
+PixelPoint RenderSink::vectorToPixels(const OdGeVector3d& modelVector) const {
+  const OdGeVector3d world = m_transforms.empty() ? modelVector : m_transforms.back() * modelVector;
+  return m_view.vectorToPixels(world.x, world.y);
+}
+
+void RenderSink::addEllipseArc(const PixelPoint& center, const PixelPoint& u, const PixelPoint& v,
+                               double sweep, OdGiArcType arcType, bool fullCircle) {
+  const double lengthU = std::hypot(u.x, u.y);
+  const double lengthV = std::hypot(v.x, v.y);
+  const double tolerance = 1e-9 * std::max(lengthU, lengthV);
+  ScenePrimitive primitive;
+  if (fullCircle && std::fabs(lengthU - lengthV) <= tolerance &&
+      std::fabs(u.x * v.x + u.y * v.y) <= tolerance * std::max(lengthU, lengthV)) {
+    primitive.kind = ScenePrimitive::kCircle;
+    primitive.points.push_back(center);
+    primitive.radius = lengthU;
+    primitive.filled = fillsClosedShapes();
+    commit(std::move(primitive));
+    return;
+  }
+  // Anything else is traced: arcs, and circles that the view or a model transform turns into
+  // ellipses.
+  primitive.kind = ScenePrimitive::kPath;
+  sweep = std::max(-2.0 * kPi, std::min(2.0 * kPi, sweep));
+  const int segments = arcSegments(std::max(lengthU, lengthV), sweep);
+  if (arcType == kOdGiArcSector && !fullCircle)
+    primitive.points.push_back(center);
+  for (int i = 0; i <= segments; ++i) {
+    const double t = sweep * i / segments;
+    const double c = std::cos(t);
+    const double s = std::sin(t);
+    primitive.points.push_back({center.x + u.x * c + v.x * s, center.y + u.y * c + v.y * s});
+  }
+  primitive.closed = fullCircle || arcType != kOdGiArcSimple;
+  primitive.filled = primitive.closed && fillsClosedShapes();
+  commit(std::move(primitive));
+}
+
+void RenderSink::circle(const OdGePoint3d& center, double radius, const OdGeVector3d& normal) {
+  OdGeVector3d u;
+  OdGeVector3d v;
+  if (!(radius >= 0.0) || !std::isfinite(radius) || !planeAxes(normal, nullptr, u, v))
+    return;
+  addEllipseArc(toPixels(center), vectorToPixels(u * radius), vectorToPixels(v * radius), 2.0 * kPi,
+                kOdGiArcSimple, true);
+}
+
+void RenderSink::circle(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint,
+                        const OdGePoint3d& thirdPoint) {
+  OdGePoint3d center;
+  double radius = 0.0;
+  OdGeVector3d normal;
+  if (odgiCircleThrough3Points(firstPoint, secondPoint, thirdPoint, center, radius, normal))
+    circle(center, radius, normal);
+}
+
+void RenderSink::circularArc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
+                             const OdGeVector3d& startVector, double sweepAngle,
+                             OdGiArcType arcType) {
+  OdGeVector3d u;
+  OdGeVector3d v;
+  if (!(radius >= 0.0) || !std::isfinite(radius) || !std::isfinite(sweepAngle) ||
+      !planeAxes(normal, &startVector, u, v))
+    return;
+  addEllipseArc(toPixels(center), vectorToPixels(u * radius), vectorToPixels(v * radius),
+                sweepAngle, arcType, false);
+}
+
+void RenderSink::circularArc(const OdGePoint3d& start, const OdGePoint3d& point,
+                             const OdGePoint3d& end, OdGiArcType arcType) {
+  OdGePoint3d center;
+  double radius = 0.0;
+  OdGeVector3d normal;
+  OdGeVector3d startVector;
+  double sweep = 0.0;
+  if (odgiArcThrough3Points(start, point, end, center, radius, normal, startVector, sweep)) {
+    circularArc(center, radius, normal, startVector, sweep, arcType);
+    return;
+  }
+  const OdGePoint3d points[3] = {start, point, end};
+  polyline(3, points);
+}
+
+void RenderSink::polyline(OdInt32 numVertices, const OdGePoint3d* vertexList,
+                          const OdGeVector3d* /*pNormal*/, OdGsMarker /*baseSubEntMarker*/) {
+  if (numVertices < 1 || vertexList == nullptr)
+    return;
+  ScenePrimitive primitive;
+  primitive.kind = ScenePrimitive::kPath;
+  for (OdInt32 i = 0; i < numVertices; ++i)
+    primitive.points.push_back(toPixels(vertexList[i]));
+  // A single vertex is a dot: a zero-length segment, which round caps draw as one.
+  if (numVertices == 1)
+    primitive.points.push_back(primitive.points.front());
+  commit(std::move(primitive));
+}
+
+void RenderSink::polygon(OdInt32 numVertices, const OdGePoint3d* vertexList) {
+  if (numVertices < 1 || vertexList == nullptr)
+    return;
+  ScenePrimitive primitive;
+  primitive.kind = ScenePrimitive::kPolygon;
+  for (OdInt32 i = 0; i < numVertices; ++i)
+    primitive.points.push_back(toPixels(vertexList[i]));
+  primitive.closed = true;
+  primitive.filled = fillsClosedShapes();
+  commit(std::move(primitive));
+}
+
+void RenderSink::text(const OdGePoint3d& position, const OdGeVector3d& normal,
+                      const OdGeVector3d& direction, double height, double width, double oblique,
+                      const OdString& msg) {
+  OdGeVector3d along;
+  OdGeVector3d up;
+  if (!(height > 0.0) || !std::isfinite(height) || !std::isfinite(oblique) || msg.isEmpty() ||
+      !planeAxes(normal, &direction, along, up))
+    return;
+  // A width factor that is not a positive number is read as the font's natural width.
+  if (!(width > 0.0) || !std::isfinite(width))
+    width = 1.0;
+  oblique = std::max(-kMaxOblique, std::min(kMaxOblique, oblique));
+  const double em = height / kCapHeightPerEm;
+  // Glyph space has y down; the slant moves points right as they rise.
+  const PixelPoint glyphX = vectorToPixels(along * (em * width));
+  const PixelPoint glyphY = vectorToPixels((up + along * std::tan(oblique)) * -em);
+  // Text seen edge-on has no area to draw into.
+  if (std::fabs(glyphX.x * glyphY.y - glyphX.y * glyphY.x) < 1e-12)
+    return;
+  ScenePrimitive primitive;
+  primitive.kind = ScenePrimitive::kText;
+  primitive.points.push_back(toPixels(position));
+  primitive.text = msg.toUtf8();
+  primitive.fontMatrix[0] = glyphX.x;
+  primitive.fontMatrix[1] = glyphX.y;
+  primitive.fontMatrix[2] = glyphY.x;
+  primitive.fontMatrix[3] = glyphY.y;
+  primitive.filled = true;
+  commit(std::move(primitive));
+}
+
+void RenderSink::addLineThroughPicture(const OdGePoint3d& base, const OdGePoint3d& through,
+                                       bool bothWays) {
+  const PixelPoint from = toPixels(base);
+  const PixelPoint to = toPixels(through);
+  const double dx = to.x - from.x;
+  const double dy = to.y - from.y;
+  const double length = std::hypot(dx, dy);
+  // Coincident points, or a line along the view direction, show no line.
+  if (!(length > 1e-9) || !std::isfinite(length))
+    return;
+  // Far enough from the base point to be outside the picture whatever the direction.
+  const double reach = std::hypot(from.x - 0.5 * m_scene.width, from.y - 0.5 * m_scene.height) +
+                       m_scene.width + m_scene.height;
+  const double ux = dx / length;
+  const double uy = dy / length;
+  ScenePrimitive primitive;
+  primitive.kind = ScenePrimitive::kPath;
+  primitive.points.push_back(bothWays ? PixelPoint{from.x - ux * reach, from.y - uy * reach}
+                                      : from);
+  primitive.points.push_back({from.x + ux * reach, from.y + uy * reach});
+  commit(std::move(primitive));
+}
+
+void RenderSink::xline(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint) {
+  addLineThroughPicture(firstPoint, secondPoint, true);
+}
+
+void RenderSink::ray(const OdGePoint3d& basePoint, const OdGePoint3d& throughPoint) {
+  addLineThroughPicture(basePoint, throughPoint, false);
+}
+
+void RenderSink::pushModelTransform(const OdGeMatrix3d& xfm) {
+  m_transforms.push_back(getModelToWorldTransform() * xfm);
+}
+
+void RenderSink::popModelTransform() {
+  if (!m_transforms.empty())
+    m_transforms.pop_back();
+}
+
+OdGeMatrix3d RenderSink::getModelToWorldTransform() const {
+  return m_transforms.empty() ? OdGeMatrix3d() : m_transforms.back();
+}
+
+} // namespace render
+} // namespace custents
