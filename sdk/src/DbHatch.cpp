@@ -240,8 +240,7 @@ struct LoopView {
   /// The outline as points, one per vertex and the inner points of each arc cut into
   /// equal-angle pieces; the first point is not repeated.
   template <class ToWorld>
-  void tessellate(const OdGiWorldDraw* worldDraw, ToWorld toWorld,
-                  OdGePoint3dArray& points) const {
+  void tessellate(const OdGiWorldDraw* worldDraw, ToWorld toWorld, OdGePoint3dArray& points) const {
     for (unsigned int i = 0; i < size(); ++i) {
       points.append(toWorld(from(i)));
       BulgeArc a;
@@ -472,12 +471,12 @@ void OdDbHatch::dwgOutFields(OdDbDwgFiler* filer) const {
   OdDbEntity::dwgOutFields(filer);
   // The gradient block; no gradient is kept, so only its flag carries anything.
   filer->wrInt32(static_cast<OdInt32>(m_hatchObjectType));
-  filer->wrInt32(0);        // reserved
-  filer->wrDouble(0.0);     // gradient angle
-  filer->wrDouble(0.0);     // gradient shift
-  filer->wrInt32(0);        // single colour gradient
-  filer->wrDouble(0.0);     // gradient tint
-  filer->wrInt32(0);        // gradient colour count
+  filer->wrInt32(0);           // reserved
+  filer->wrDouble(0.0);        // gradient angle
+  filer->wrDouble(0.0);        // gradient shift
+  filer->wrInt32(0);           // single colour gradient
+  filer->wrDouble(0.0);        // gradient tint
+  filer->wrInt32(0);           // gradient colour count
   filer->wrString(OdString()); // gradient name
 
   filer->wrDouble(m_elevation);
@@ -583,8 +582,8 @@ OdResult OdDbHatch::dwgInFields(OdDbDwgFiler* filer) {
     return filer->filerStatus();
 
   if (!std::isfinite(elevation) || !isValidNormal(normal) || style < kNormal || style > kIgnore ||
-      patternType < kUserDefined || patternType > kCustomDefined ||
-      !std::isfinite(patternAngle) || !isValidScale(patternScale))
+      patternType < kUserDefined || patternType > kCustomDefined || !std::isfinite(patternAngle) ||
+      !isValidScale(patternScale))
     return eInvalidInput;
   m_hatchObjectType = static_cast<HatchObjectType>(gradient);
   m_elevation = elevation;
@@ -959,8 +958,7 @@ OdResult OdDbHatch::subGetStretchPoints(OdGePoint3dArray& stretchPoints) const {
   return subGetGripPoints(stretchPoints);
 }
 
-OdResult OdDbHatch::subMoveStretchPointsAt(const OdIntArray& indices,
-                                           const OdGeVector3d& offset) {
+OdResult OdDbHatch::subMoveStretchPointsAt(const OdIntArray& indices, const OdGeVector3d& offset) {
   return moveVertices(indices, offset);
 }
 
@@ -978,9 +976,8 @@ OdResult OdDbHatch::subGetOsnapPoints(OdDb::OsnapMode osnapMode, OdGsMarker /*gs
         snapPoints.append(toWorld(toWorldMatrix, view.from(i)));
       } else if (osnapMode == OdDb::kOsModeMid) {
         BulgeArc arc;
-        const OdGePoint2d middle = view.arc(i, arc)
-                                       ? arc.pointAt(0.5)
-                                       : view.from(i) + (view.to(i) - view.from(i)) * 0.5;
+        const OdGePoint2d middle =
+            view.arc(i, arc) ? arc.pointAt(0.5) : view.from(i) + (view.to(i) - view.from(i)) * 0.5;
         snapPoints.append(toWorld(toWorldMatrix, middle));
       }
     }
@@ -1017,8 +1014,7 @@ OdResult OdDbHatch::subTransformBy(const OdGeMatrix3d& xform) {
         loop.bulges[i] = -loop.bulges[i];
     }
   }
-  const double elevation =
-      (newToPlane * (xform * toWorld(toWorldMatrix, OdGePoint2d::kOrigin))).z;
+  const double elevation = (newToPlane * (xform * toWorld(toWorldMatrix, OdGePoint2d::kOrigin))).z;
   const OdGeVector3d patternDir =
       toWorldMatrix * OdGeVector3d(std::cos(m_patternAngle), std::sin(m_patternAngle), 0.0);
   const OdGeVector2d newPatternDir = (newToPlane * (xform * patternDir)).convert2d();

@@ -5,6 +5,7 @@
 
 #include "DbDatabase.h"
 #include "DbDwgStreamFiler.h"
+#include "DbDxfItemFiler.h"
 #include "DbLine.h"
 #include "DbPoint.h"
 #include "DbPolyline.h"
@@ -136,6 +137,43 @@ TEST_F(ClassFiling, DxfReadingIsRefusedWithoutReadingForTheSharedRoutine) {
     if (name.left(2) == OdString(OD_T("KV")) || name == OD_T("OdDbCustomDimensionBase"))
       continue;
     EXPECT_EQ(static_cast<int>(newInstance(cls)->dxfInFields(nullptr)), 1) << utf8(name);
+  }
+}
+
+TEST_F(ClassFiling, BarCodeAndSignatureEntitiesFileADxfBlockOfTheirOwn) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  for (const char16_t* name : {u"KVDb2DBarEntity", u"KVDbSignEntity"}) {
+    SCOPED_TRACE(utf8(name));
+    OdRxClass* cls = odrxGetClass(name);
+    OdDbEntityPtr entity = OdDbEntity::cast(cls->create());
+    entity->setDatabaseDefaults(db);
+    entity->setColorIndex(4);
+    OdStaticRxObject<OdDbDxfItemFiler> writer;
+    writer.openForWrite(db);
+    entity->dxfOutFields(&writer);
+    OdDbDxfItemFiler::ItemArray items = writer.items();
+    ASSERT_GE(items.size(), 2u);
+    EXPECT_EQ(items[items.size() - 2].code, 100);
+    EXPECT_EQ(items[items.size() - 2].value, OdString(name));
+    EXPECT_EQ(items.back().code, 70);
+    EXPECT_EQ(items.back().value, OD_T("1"));
+
+    OdStaticRxObject<OdDbDxfItemFiler> reader;
+    reader.openForRead(items, db);
+    OdDbEntityPtr copy = OdDbEntity::cast(cls->create());
+    copy->setDatabaseDefaults(db);
+    EXPECT_EQ(copy->dxfInFields(&reader), eOk);
+    EXPECT_EQ(copy->colorIndex(), 4);
+
+    // A newer version is refused with the module's refusal value; a missing block is an error.
+    items.back().value = OD_T("2");
+    OdStaticRxObject<OdDbDxfItemFiler> newer;
+    newer.openForRead(items, db);
+    EXPECT_EQ(static_cast<int>(OdDbEntity::cast(cls->create())->dxfInFields(&newer)), 1);
+    items.resize(items.size() - 2);
+    OdStaticRxObject<OdDbDxfItemFiler> missing;
+    missing.openForRead(items, db);
+    EXPECT_EQ(OdDbEntity::cast(cls->create())->dxfInFields(&missing), eInvalidDxfCode);
   }
 }
 

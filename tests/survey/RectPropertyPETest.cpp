@@ -8,6 +8,7 @@
 #include "MenuTables.h"
 #include "OdError.h"
 #include "PropertyGridName.h"
+#include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
 
@@ -37,7 +38,7 @@ protected:
     return PropertyPE::cast(Rect::desc()->getX(PropertyPE::desc()).get());
   }
 
-  typename Page::ExtensionClass pe;
+  OdStaticRxObject<typename Page::ExtensionClass> pe;
 };
 
 using Pages = testing::Types<PageOf<OdDbRectPropertyPE, OdDbGeoRect, OdDbGeo3dRect>,
@@ -117,7 +118,7 @@ TYPED_TEST(RectPropertyPage, OnlyItsOwnClassIsAccepted) {
   OdDbLinePtr line = OdDbLine::createObject();
   for (OdDbEntity* entity : {static_cast<OdDbEntity*>(other.get()),
                              static_cast<OdDbEntity*>(line.get())}) {
-    SCOPED_TRACE(std::string(entity->isA()->name().utf8()));
+    SCOPED_TRACE(std::string(entity->isA()->name().toUtf8()));
     try {
       this->pe.getPropAttributeByeId(entity, 1, 0);
       ADD_FAILURE() << "read accepted";
@@ -225,9 +226,9 @@ protected:
 
 TEST_F(RectMenus, FollowTheHostListWithStatisticsAfterProperties) {
   votherBaseDrawing = {kMenuDelete, kMenuProperties, kMenuExplode};
-  for (PropertyPE* pe : {static_cast<PropertyPE*>(new OdDbRectPropertyPE),
-                         static_cast<PropertyPE*>(new OdDb3dRectPropertyPE)}) {
-    OdRxObjectPtr keep(pe);
+  OdStaticRxObject<OdDbRectPropertyPE> flat;
+  OdStaticRxObject<OdDb3dRectPropertyPE> raised;
+  for (PropertyPE* pe : {static_cast<PropertyPE*>(&flat), static_cast<PropertyPE*>(&raised)}) {
     std::vector<EntMenuData> menus;
     menus.push_back(EntMenuData());
     ASSERT_TRUE(pe->GetRMenus(menus));
@@ -249,7 +250,7 @@ TEST_F(RectMenus, FollowTheHostListWithStatisticsAfterProperties) {
 }
 
 TEST_F(RectMenus, TheHostsOwnListGivesEveryEntryOnce) {
-  OdDbRectPropertyPE pe;
+  OdStaticRxObject<OdDbRectPropertyPE> pe;
   std::vector<EntMenuData> menus;
   ASSERT_TRUE(pe.GetRMenus(menus));
   EXPECT_EQ(menus.size(), savedIds.size() + 2);
@@ -259,7 +260,7 @@ TEST_F(RectMenus, TheHostsOwnListGivesEveryEntryOnce) {
 TEST_F(RectMenus, AnIdTheHostLacksGivesADefaultEntryInItsPlace) {
   votherBaseDrawing = {kMenuDelete, 12345, kMenuMove};
   g_mapAllRMenu.erase(12345);
-  OdDbRectPropertyPE pe;
+  OdStaticRxObject<OdDbRectPropertyPE> pe;
   std::vector<EntMenuData> menus;
   ASSERT_TRUE(pe.GetRMenus(menus));
   ASSERT_EQ(menus.size(), 3u);
@@ -275,7 +276,7 @@ TEST_F(RectMenus, AnIdTheHostLacksGivesADefaultEntryInItsPlace) {
 
 TEST_F(RectMenus, AnEmptyHostListGivesNoEntries) {
   votherBaseDrawing.clear();
-  OdDb3dRectPropertyPE pe;
+  OdStaticRxObject<OdDb3dRectPropertyPE> pe;
   std::vector<EntMenuData> menus;
   EXPECT_TRUE(pe.GetRMenus(menus));
   EXPECT_TRUE(menus.empty());

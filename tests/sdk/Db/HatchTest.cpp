@@ -219,8 +219,7 @@ double distanceToOutline(const std::vector<OdGePoint2d>& polygon, const OdGePoin
   double best = std::numeric_limits<double>::max();
   for (std::size_t i = 0, j = polygon.size() - 1; i < polygon.size(); j = i++) {
     const OdGeVector2d edge = polygon[i] - polygon[j];
-    const double t =
-        std::clamp((p - polygon[j]).dotProduct(edge) / edge.lengthSqrd(), 0.0, 1.0);
+    const double t = std::clamp((p - polygon[j]).dotProduct(edge) / edge.lengthSqrd(), 0.0, 1.0);
     best = std::min(best, p.distanceTo(polygon[j] + edge * t));
   }
   return best;
@@ -512,8 +511,9 @@ TEST_F(HatchTest, PatternLinesStayInsideTheHatchedArea) {
       for (int k = 0; k <= 20; ++k) {
         const OdGePoint2d p = line.first + (line.second - line.first) * (k / 20.0);
         EXPECT_TRUE(insidePolygon(outer, p) || distanceToOutline(outer, p) < tol);
-        if (!island.empty())
+        if (!island.empty()) {
           EXPECT_TRUE(!insidePolygon(island, p) || distanceToOutline(island, p) < tol);
+        }
       }
     }
   }
@@ -533,7 +533,14 @@ TEST_F(HatchTest, PatternFamiliesFollowNameAngleAndScale) {
   const Case cases[] = {
       {"ANSI31", OdDbHatch::kPreDefined, OD_T("ANSI31"), false, 1.0, 0.0, {45}, 3.175},
       {"unknown as ANSI31", OdDbHatch::kCustomDefined, OD_T("MYPAT"), false, 1.0, 0.0, {45}, 3.175},
-      {"scaled and turned", OdDbHatch::kPreDefined, OD_T("ANSI31"), false, 2.0, OdaPI / 6, {75}, 6.35},
+      {"scaled and turned",
+       OdDbHatch::kPreDefined,
+       OD_T("ANSI31"),
+       false,
+       2.0,
+       OdaPI / 6,
+       {75},
+       6.35},
       {"LINE", OdDbHatch::kPreDefined, OD_T("line"), false, 1.0, 0.0, {0}, 3.175},
       {"NET", OdDbHatch::kPreDefined, OD_T("NET"), false, 1.0, 0.0, {0, 90}, 3.175},
       {"ANSI37", OdDbHatch::kPreDefined, OD_T("ANSI37"), false, 1.0, 0.0, {45, 135}, 3.175},
@@ -734,13 +741,14 @@ TEST_F(HatchTest, DxfRoundTripAndGroupOrder) {
   while (marker < filer.items.size() && filer.items[marker].text != OdString(OD_T("AcDbHatch")))
     ++marker;
   const std::vector<int> hatchCodes(codes.begin() + marker, codes.end());
-  const std::vector<int> expected = {100, 10, 210, 2,  70, 71, 91, 92, 72, 73, 93, 10, 42,
-                                     10,  42, 10,  42, 97, 92, 72, 73, 93, 10, 10, 97, 75,
-                                     76,  52, 41,  77, 78, 98};
+  const std::vector<int> expected = {100, 10, 210, 2,  70, 71, 91, 92, 72, 73, 93,
+                                     10,  42, 10,  42, 10, 42, 97, 92, 72, 73, 93,
+                                     10,  10, 97,  75, 76, 52, 41, 77, 78, 98};
   EXPECT_EQ(expected, hatchCodes);
   for (const MemoryDxfFiler::Item& item : filer.items) {
-    if (item.code == 52)
+    if (item.code == 52) {
       EXPECT_NEAR(45.0, item.number, 1e-12) << "angle in degrees";
+    }
   }
 
   filer.rewind();
@@ -809,8 +817,8 @@ TEST_F(HatchTest, DistortingTransformsAreRefused) {
   perspective[3][2] = 0.1;
   const OdGeMatrix3d refused[] = {
       OdGeMatrix3d::scaling(OdGeScale3d(2.0, 1.0, 1.0)),
-      OdGeMatrix3d::scaling(OdGeScale3d(1.0, 1.0, 0.0)).postMultBy(
-          OdGeMatrix3d::rotation(0.3, OdGeVector3d::kXAxis)),
+      OdGeMatrix3d::scaling(OdGeScale3d(1.0, 1.0, 0.0))
+          .postMultBy(OdGeMatrix3d::rotation(0.3, OdGeVector3d::kXAxis)),
       OdGeMatrix3d::scaling(0.0),
       perspective,
   };
@@ -875,8 +883,8 @@ TEST_F(HatchTest, GripsSnapsAndExtents) {
   expectPoint(OdGePoint3d(2, 0, 2), mids[0]);
   expectPoint(OdGePoint3d(6, 2, 2), mids[1]); // on the half circle bulging to the right
   OdGePoint3dArray centres;
-  hatch->getOsnapPoints(OdDb::kOsModeCen, 0, OdGePoint3d(), OdGePoint3d(),
-                        OdGeMatrix3d::kIdentity, centres);
+  hatch->getOsnapPoints(OdDb::kOsModeCen, 0, OdGePoint3d(), OdGePoint3d(), OdGeMatrix3d::kIdentity,
+                        centres);
   EXPECT_TRUE(centres.isEmpty());
 
   OdGeExtents3d extents;
