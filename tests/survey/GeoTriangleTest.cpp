@@ -100,9 +100,11 @@ TEST(GeoTriangle, DwgRoundTripKeepsEveryField) {
 }
 
 TEST(GeoTriangle, DwgRecordMatchesTheStoredReference) {
-  // Entity data, then BS 1, then V0, V1, V2, centre and handle as 3BD.
+  // 56 bits of entity data, then BS 1 and, as 3BD, V0 (0,0,0), V1 (3,0,0), V2 (0,3,0), the
+  // centroid (1,1,0) and the handle (1,51,0).
   OdDbGeoTrianglePtr t = newTriangle({0, 0, 0}, {3, 0, 0}, {0, 3, 0});
-  EXPECT_EQ(geotest::dwgHex(t), "REFERENCE");
+  EXPECT_EQ(geotest::dwgHex(t), "8000100c00061d40"
+                                "6a00000000000002102a000000000000021025900000000002012502/288");
 }
 
 TEST(GeoTriangle, ReadsOlderAndCurrentVersionsAndRefusesNewerOnes) {

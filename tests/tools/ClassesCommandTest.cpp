@@ -137,9 +137,9 @@ TEST(ClassesCommand, RefusedModulesFailWithTheCause) {
   const std::vector<BadModuleCase> cases = {
       {"missing file", tempDir + "/NoSuchModule.tx", "not found"},
       {"text file", textFile, "Not a loadable module"},
-      {"no entry points", fixtures + "/NotAModule.tx", "odrxGetAPIVersion"},
-      {"unaccepted API version", fixtures + "/WrongApiModule.tx", "API version 2"},
-      {"initApp throws", fixtures + "/FailingInitModule.tx", "fixture refuses to start"},
+      {"no entry points", fixtures + "/RxFixtureNoEntry.tx", "odrxGetAPIVersion"},
+      {"unaccepted API version", fixtures + "/RxFixtureApi2.tx", "API version 2"},
+      {"initApp throws", fixtures + "/RxFixtureFailingInit.tx", "fixture refuses to start"},
   };
   for (const BadModuleCase& c : cases) {
     SCOPED_TRACE(c.label);

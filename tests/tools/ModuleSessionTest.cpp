@@ -67,13 +67,13 @@ TEST_F(ModuleSessionTest, ModuleClassesLiveExactlyAsLongAsTheSession) {
 TEST_F(ModuleSessionTest, FailedLoadLeavesNothingRegistered) {
   const std::size_t classesBefore = odrxRegisteredClasses().size();
   try {
-    ModuleSession session(std::string(CUSTENTS_FIXTURE_DIR) + "/FailingInitModule.tx");
+    ModuleSession session(std::string(CUSTENTS_FIXTURE_DIR) + "/RxFixtureFailingInit.tx");
     FAIL() << "a module whose initApp throws was loaded";
   } catch (const OdError& error) {
-    EXPECT_EQ(error.code(), eInvalidInput);
+    EXPECT_EQ(error.code(), eExtendedError);
     EXPECT_NE(error.description().toUtf8().find("fixture refuses to start"), std::string::npos);
   }
-  EXPECT_EQ(odrxGetClass(OD_T("FailingInitProbe")), nullptr);
+  EXPECT_EQ(odrxGetClass(OD_T("RxFixtureFailingProbe")), nullptr);
   EXPECT_EQ(odrxGetClass(OD_T("PropertyPE")), nullptr);
   EXPECT_EQ(odrxRegisteredClasses().size(), classesBefore);
   EXPECT_EQ(odrxDynamicLinker()->loadedModuleNames().size(), 0u);

@@ -105,21 +105,21 @@ struct V {
   double bulge;
 };
 
-OdGePoint2dArray pointsOf(std::initializer_list<V> vertices) {
+OdGePoint2dArray pointsOf(const std::vector<V>& vertices) {
   OdGePoint2dArray points;
   for (const V& v : vertices)
     points.append(OdGePoint2d(v.x, v.y));
   return points;
 }
 
-OdGeDoubleArray bulgesOf(std::initializer_list<V> vertices) {
+OdGeDoubleArray bulgesOf(const std::vector<V>& vertices) {
   OdGeDoubleArray bulges;
   for (const V& v : vertices)
     bulges.append(v.bulge);
   return bulges;
 }
 
-void appendLoop(OdDbHatch* hatch, OdInt32 type, std::initializer_list<V> vertices) {
+void appendLoop(OdDbHatch* hatch, OdInt32 type, const std::vector<V>& vertices) {
   hatch->appendLoop(type, pointsOf(vertices), bulgesOf(vertices));
 }
 
@@ -181,8 +181,8 @@ void expectPoint(const OdGePoint3d& expected, const OdGePoint3d& actual, double 
 }
 
 /// A finely cut outline of a loop, to judge the hatch's clipping independently of it.
-std::vector<OdGePoint2d> fineOutline(std::initializer_list<V> vertices) {
-  std::vector<V> v(vertices);
+std::vector<OdGePoint2d> fineOutline(const std::vector<V>& vertices) {
+  const std::vector<V>& v = vertices;
   std::vector<OdGePoint2d> result;
   for (std::size_t i = 0; i < v.size(); ++i) {
     const OdGePoint2d a(v[i].x, v[i].y);
@@ -388,7 +388,7 @@ TEST_F(HatchTest, OnlyThePredefinedSolidPatternFills) {
 TEST_F(HatchTest, AreaCountsOuterLoopsLessIslands) {
   struct LoopSpec {
     OdInt32 type;
-    std::initializer_list<V> vertices;
+    std::vector<V> vertices;
   };
   struct Case {
     const char* name;
@@ -401,8 +401,12 @@ TEST_F(HatchTest, AreaCountsOuterLoopsLessIslands) {
       {"half disc", {{kOuter, {{-1, 0, 1}, {1, 0, 0}}}}, OdaPI / 2.0},
       {"full disc of two half circles", {{kOuter, {{-2, 0, 1}, {2, 0, 1}}}}, 4.0 * OdaPI},
       {"square with a bulged-out side",
-       {{kOuter | OdDbHatch::kOutermost, {{0, 0, -1}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}}}},
+       {{kOuter | OdDbHatch::kOutermost, {{0, 0, 1}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}}}},
        4.0 + OdaPI / 2.0},
+      {"square with a bitten side",
+       {{OdDbHatch::kOutermost | OdDbHatch::kPolyline,
+         {{0, 0, -1}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}}}},
+       4.0 - OdaPI / 2.0},
       {"outer with island",
        {{kOuter, {{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}},
         {kIsland, {{2, 2, 0}, {4, 2, 0}, {4, 4, 0}, {2, 4, 0}}}},
@@ -455,8 +459,8 @@ TEST_F(HatchTest, SolidFillDrawsFilledPolygonsInThePlane) {
 TEST_F(HatchTest, PatternLinesStayInsideTheHatchedArea) {
   struct Case {
     const char* name;
-    std::initializer_list<V> outer;
-    std::initializer_list<V> island; // empty: none
+    std::vector<V> outer;
+    std::vector<V> island; // empty: none
     const OdChar* pattern;
     double scale;
     double angle;
@@ -544,7 +548,14 @@ TEST_F(HatchTest, PatternFamiliesFollowNameAngleAndScale) {
       {"LINE", OdDbHatch::kPreDefined, OD_T("line"), false, 1.0, 0.0, {0}, 3.175},
       {"NET", OdDbHatch::kPreDefined, OD_T("NET"), false, 1.0, 0.0, {0, 90}, 3.175},
       {"ANSI37", OdDbHatch::kPreDefined, OD_T("ANSI37"), false, 1.0, 0.0, {45, 135}, 3.175},
-      {"user single", OdDbHatch::kUserDefined, OD_T("_USER"), false, 1.0, 0.5, {28.6479}, 3.175},
+      {"user single",
+       OdDbHatch::kUserDefined,
+       OD_T("_USER"),
+       false,
+       1.0,
+       0.5,
+       {0.5 * 180.0 / OdaPI},
+       3.175},
       {"user double", OdDbHatch::kUserDefined, OD_T("_USER"), true, 1.0, 0.0, {0, 90}, 3.175},
   };
   for (const Case& c : cases) {
