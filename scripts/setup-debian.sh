@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
-  libcli11-dev rapidjson-dev libcairo2-dev
+  libcli11-dev rapidjson-dev libcairo2-dev fonts-dejavu-core
   python3-ezdxf
 )
 

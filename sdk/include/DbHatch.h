@@ -121,7 +121,8 @@ class OdDbHatch : public OdDbEntity {
   ///   point as BD pair (the format has raw doubles) and the BD bulge when it has bulges,
   ///   BL boundary object count 0;
   ///   BS style, BS pattern type, BD angle, BD scale, B double, BS definition line count 0,
-  ///   BL seed point count 0.
+  ///   BL seed point count 0. Angle, scale and double are written for a solid fill too, so
+  ///   that it keeps them.
   /// Reading refuses counts the rest of the stream cannot hold before allocating anything,
   /// loops that are not polyline loops, gradient colours, boundary objects and pattern
   /// definition lines (none of which are kept: eDwgObjectImproperlyRead), and values the
@@ -133,8 +134,10 @@ class OdDbHatch : public OdDbEntity {
   /// 71 associative, 91 loop count; per loop 92 type, 72 has bulges, 73 closed, 93 vertex
   /// count, per vertex 10 point and 42 bulge (when it has bulges), 97 0; then 75 style,
   /// 76 pattern type, 52 angle (degrees), 41 scale, 77 double, 78 0, 98 0, and 450 1 for a
-  /// gradient object. Reading takes the loops in that structure; boundary object handles,
-  /// pattern definition lines and seed points are skipped.
+  /// gradient object. Reading takes the loops in that structure (a 42 after a vertex is
+  /// optional); edge loops, or a loop out of that structure, give eInvalidDxfCode, values the
+  /// setters refuse eInvalidInput; boundary object handles, pattern definition lines and seed
+  /// points are skipped.
   OdResult dxfInFields(OdDbDxfFiler* filer) override;
   void dxfOutFields(OdDbDxfFiler* filer) const override;
 

@@ -8,7 +8,9 @@ double polygonStepAngle(OdInt32 sideCount) {
   return (1.0 / static_cast<double>(sideCount)) * Oda2PI;
 }
 
-double polygonStepDegrees(double stepAngle) { return std::fabs(stepAngle * 180.0 / OdaPI); }
+double polygonStepDegrees(double stepAngle) {
+  return std::fabs(stepAngle * 180.0 / OdaPI);
+}
 
 void appendRegularVertices(const OdGePoint3d& center, OdGeVector3d& radius, OdInt32 count,
                            double stepAngle, OdGePoint3dArray& vertices) {

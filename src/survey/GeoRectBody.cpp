@@ -114,8 +114,7 @@ template <class Derived> OdResult GeoRectBody<Derived>::dxfInFields(OdDbDxfFiler
 // ---------------------------------------------------------------------------------------------
 // Editing
 
-template <class Derived>
-OdResult GeoRectBody<Derived>::subTransformBy(const OdGeMatrix3d& xform) {
+template <class Derived> OdResult GeoRectBody<Derived>::subTransformBy(const OdGeMatrix3d& xform) {
   assertWriteEnabled();
   m_rect.transformBy(xform);
   m_transform = m_transform * xform;
@@ -123,8 +122,7 @@ OdResult GeoRectBody<Derived>::subTransformBy(const OdGeMatrix3d& xform) {
 }
 
 template <class Derived>
-OdSmartPtr<OdDbLine> GeoRectBody<Derived>::newLine(const OdGePoint3d& from,
-                                                   const OdGePoint3d& to) {
+OdSmartPtr<OdDbLine> GeoRectBody<Derived>::newLine(const OdGePoint3d& from, const OdGePoint3d& to) {
   if (!OdDbLine::desc())
     return OdSmartPtr<OdDbLine>();
   OdSmartPtr<OdDbLine> line = OdDbLine::createObject();
@@ -148,12 +146,11 @@ OdResult GeoRectBody<Derived>::subExplode(OdRxObjectPtrArray& entitySet) const {
 }
 
 template <class Derived>
-OdResult GeoRectBody<Derived>::subGetOsnapPoints(OdDb::OsnapMode osnapMode,
-                                                 OdGsMarker gsSelectionMark,
-                                                 const OdGePoint3d& pickPoint,
-                                                 const OdGePoint3d& lastPoint,
-                                                 const OdGeMatrix3d& xWorldToEye,
-                                                 OdGePoint3dArray& snapPoints) const {
+OdResult
+GeoRectBody<Derived>::subGetOsnapPoints(OdDb::OsnapMode osnapMode, OdGsMarker gsSelectionMark,
+                                        const OdGePoint3d& pickPoint, const OdGePoint3d& lastPoint,
+                                        const OdGeMatrix3d& xWorldToEye,
+                                        OdGePoint3dArray& snapPoints) const {
   OdRxObjectPtrArray edges;
   const OdResult exploded = subExplode(edges);
   if (exploded != eOk)
@@ -162,8 +159,7 @@ OdResult GeoRectBody<Derived>::subGetOsnapPoints(OdDb::OsnapMode osnapMode,
     snapPoints.append(m_rect.center);
   for (const OdRxObjectPtr& edge : edges)
     OdDbEntity::cast(edge.get())
-        ->getOsnapPoints(osnapMode, gsSelectionMark, pickPoint, lastPoint, xWorldToEye,
-                         snapPoints);
+        ->getOsnapPoints(osnapMode, gsSelectionMark, pickPoint, lastPoint, xWorldToEye, snapPoints);
   return eOk;
 }
 
@@ -210,9 +206,8 @@ OdResult GeoRectBody<Derived>::subMoveStretchPointsAt(const OdIntArray& indices,
 }
 
 template <class Derived>
-OdResult GeoRectBody<Derived>::subIntersectWith(const OdDbEntity* other,
-                                                OdDb::Intersect intType, OdGePoint3dArray& points,
-                                                OdGsMarker thisGsMarker,
+OdResult GeoRectBody<Derived>::subIntersectWith(const OdDbEntity* other, OdDb::Intersect intType,
+                                                OdGePoint3dArray& points, OdGsMarker thisGsMarker,
                                                 OdGsMarker otherGsMarker) const {
   if (!other)
     return eInvalidInput;
@@ -223,8 +218,7 @@ OdResult GeoRectBody<Derived>::subIntersectWith(const OdDbEntity* other,
   OdResult result = eOk;
   for (const OdRxObjectPtr& edge : edges) {
     const OdResult found = OdDbEntity::cast(edge.get())
-                               ->intersectWith(other, intType, points, thisGsMarker,
-                                               otherGsMarker);
+                               ->intersectWith(other, intType, points, thisGsMarker, otherGsMarker);
     if (result == eOk)
       result = found;
   }

@@ -29,7 +29,9 @@ struct EdgeStretch {
 // Edge P0-P1 slides along P3->P0, P0-P3 along P1->P0, P1-P2 along P0->P1, P2-P3 along P1->P2.
 const EdgeStretch kEdgeStretches[4] = {{0, 1, 3, 0}, {0, 3, 1, 0}, {1, 2, 0, 1}, {2, 3, 1, 2}};
 
-bool isCorner(int index) { return index >= 0 && index < 4; }
+bool isCorner(int index) {
+  return index >= 0 && index < 4;
+}
 
 } // namespace
 
@@ -56,9 +58,13 @@ GeoRectGeometry GeoRectGeometry::fromDiagonal(const OdGePoint3d& p1, const OdGeP
   return rect;
 }
 
-double GeoRectGeometry::lengthEdge() const { return corners[0].distanceTo(corners[1]); }
+double GeoRectGeometry::lengthEdge() const {
+  return corners[0].distanceTo(corners[1]);
+}
 
-double GeoRectGeometry::widthEdge() const { return corners[0].distanceTo(corners[3]); }
+double GeoRectGeometry::widthEdge() const {
+  return corners[0].distanceTo(corners[3]);
+}
 
 void GeoRectGeometry::setLengthEdge(double length) {
   OdGeVector3d dir = corners[1] - corners[0];
@@ -161,6 +167,8 @@ void GeoRectGeometry::setZToZero() {
   rotatePt.z = 0.0;
 }
 
-void GeoRectGeometry::recomputeCenter() { calcCenterPt(corners, 4, center); }
+void GeoRectGeometry::recomputeCenter() {
+  calcCenterPt(corners, 4, center);
+}
 
 } // namespace custents

@@ -26,7 +26,9 @@ bool remainingDataBits(OdDbDwgFiler* filer, OdUInt64& bits) {
   return true;
 }
 
-void* gripTag(OdIntPtr index) { return reinterpret_cast<void*>(index); }
+void* gripTag(OdIntPtr index) {
+  return reinterpret_cast<void*>(index);
+}
 
 } // namespace
 
@@ -64,8 +66,7 @@ void OdDbGeoPolygon::SetVertexNub(double sideCount) {
 
 void OdDbGeoPolygon::rebuildVertices() {
   m_vertices.clear();
-  custents::appendRegularVertices(m_center, m_radiusVector, m_vertexCount, m_angleStep,
-                                  m_vertices);
+  custents::appendRegularVertices(m_center, m_radiusVector, m_vertexCount, m_angleStep, m_vertices);
 }
 
 double OdDbGeoPolygon::GetVertexNub() const {

@@ -57,7 +57,9 @@ OdResult OdDbMesuarData::subMoveStretchPointsAt(const OdIntArray& /*indices*/,
   return eOk;
 }
 
-OdResult OdDbMesuarData::subExplode(OdRxObjectPtrArray& /*entitySet*/) const { return eOk; }
+OdResult OdDbMesuarData::subExplode(OdRxObjectPtrArray& /*entitySet*/) const {
+  return eOk;
+}
 
 OdResult OdDbMesuarData::subGetOsnapPoints(OdDb::OsnapMode /*osnapMode*/,
                                            OdGsMarker /*gsSelectionMark*/,
@@ -83,10 +85,8 @@ OdResult OdDbMesuarData::subGetStretchPoints(OdGePoint3dArray& /*stretchPoints*/
   return eOk;
 }
 
-OdResult OdDbMesuarData::subIntersectWith(const OdDbEntity* /*other*/,
-                                          OdDb::Intersect /*intType*/,
-                                          OdGePoint3dArray& /*points*/,
-                                          OdGsMarker /*thisGsMarker*/,
+OdResult OdDbMesuarData::subIntersectWith(const OdDbEntity* /*other*/, OdDb::Intersect /*intType*/,
+                                          OdGePoint3dArray& /*points*/, OdGsMarker /*thisGsMarker*/,
                                           OdGsMarker /*otherGsMarker*/) const {
   return eOk;
 }

@@ -11,12 +11,18 @@ namespace custents {
 
 namespace {
 
-template <class Rect> OdVariant lengthValue(const Rect& rect) { return OdVariant(rect.width()); }
-template <class Rect> OdVariant widthValue(const Rect& rect) { return OdVariant(rect.height()); }
+template <class Rect> OdVariant lengthValue(const Rect& rect) {
+  return OdVariant(rect.width());
+}
+template <class Rect> OdVariant widthValue(const Rect& rect) {
+  return OdVariant(rect.height());
+}
 template <class Rect> OdVariant perimeterValue(const Rect& rect) {
   return OdVariant(2.0 * (rect.width() + rect.height()));
 }
-template <class Rect> OdVariant areaValue(const Rect& rect) { return OdVariant(rect.area()); }
+template <class Rect> OdVariant areaValue(const Rect& rect) {
+  return OdVariant(rect.area());
+}
 
 template <class Rect> bool setLength(Rect& rect, const OdVariant& value) {
   double length = 0.0;
@@ -79,8 +85,7 @@ template <class Rect> OdString RectPropertyPE<Rect>::getEntityName(const OdDbEnt
   return OdString(u"矩形");
 }
 
-template <class Rect>
-const std::vector<PropertyGroup<Rect>>& RectPropertyPE<Rect>::groups() const {
+template <class Rect> const std::vector<PropertyGroup<Rect>>& RectPropertyPE<Rect>::groups() const {
   static const std::vector<PropertyGroup<Rect>> all = {
       {PropertyGridName::_propertygraphyname,
        {
@@ -96,10 +101,13 @@ const std::vector<PropertyGroup<Rect>>& RectPropertyPE<Rect>::groups() const {
 template <class Rect>
 bool RectPropertyPE<Rect>::setPropAttributeByeId(OdDbEntity* entity, const OdVariant& value,
                                                  int group, int row) {
-  if (group != 1)
+  if (group != 0 && group != 1)
     return EntityPropertyPE<Rect>::setPropAttributeByeId(entity, value, group, row);
   if (this->castEntity(entity).isNull())
     return false;
+  // Every common row below 5 goes to the host, which refuses the negative ones itself.
+  if (group == 0)
+    return row < 5 ? this->setComPropAtt(entity, value, row) : true;
   // The whole group is checked before the row is looked at: a non-string or a length of zero is
   // refused even for the computed rows, which accept anything else without change.
   double length = 0.0;

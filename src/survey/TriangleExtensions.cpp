@@ -66,7 +66,9 @@ template <class Shape> OdSmartPtr<Shape> castShape(const OdSmartPtr<OdDbEntity>&
   return own;
 }
 
-double shapeArea(const OdDbGeoTriangle& triangle) { return triangle.area(); }
+double shapeArea(const OdDbGeoTriangle& triangle) {
+  return triangle.area();
+}
 double shapeArea(const OdDbGeoPolygon& polygon) {
   double area = 0.0;
   polygon.getArea(area);
@@ -135,7 +137,9 @@ OdDbHatchPtr fillPattern(const OdSmartPtr<OdDbEntity>& entity, const OdString& p
 // ---------------------------------------------------------------------------------------------
 // Triangle
 
-OdString OdDbTrianglePropertyPE::getEntityName(const OdDbEntity*) { return OdString(u"三角形"); }
+OdString OdDbTrianglePropertyPE::getEntityName(const OdDbEntity*) {
+  return OdString(u"三角形");
+}
 
 const std::vector<PropertyGroup<OdDbGeoTriangle>>& OdDbTrianglePropertyPE::groups() const {
   static const std::vector<PropertyGroup<OdDbGeoTriangle>> groups = {
@@ -168,7 +172,9 @@ bool OdDbTrianglePropertyPE::GetRMenus(std::vector<EntMenuData>& menus) {
 // ---------------------------------------------------------------------------------------------
 // Polygon
 
-OdString OdDbPolygonPropertyPE::getEntityName(const OdDbEntity*) { return OdString(u"多边形"); }
+OdString OdDbPolygonPropertyPE::getEntityName(const OdDbEntity*) {
+  return OdString(u"多边形");
+}
 
 const std::vector<PropertyGroup<OdDbGeoPolygon>>& OdDbPolygonPropertyPE::groups() const {
   static const std::vector<PropertyGroup<OdDbGeoPolygon>> groups = {

@@ -126,7 +126,10 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStands) {
 TEST(GeoPolygon, SetVertexNubRefusesCountsThatAreNotNumbersOrTooLarge) {
   const double refused[] = {std::numeric_limits<double>::quiet_NaN(),
                             std::numeric_limits<double>::infinity(),
-                            -std::numeric_limits<double>::infinity(), 1e9, 32768.0, -40000.0};
+                            -std::numeric_limits<double>::infinity(),
+                            1e9,
+                            32768.0,
+                            -40000.0};
   for (double value : refused) {
     SCOPED_TRACE(value);
     OdDbGeoPolygonPtr p = newPolygon(5);
@@ -321,8 +324,8 @@ TEST(GeoPolygon, TransformLeavesStartAndRadiusForTheNextRebuild) {
   // The vertices turned a quarter: vertex 0 now stands where vertex 1 stood, moved along.
   EXPECT_TRUE(samePoint(p->getPts()[0], regularVertex(4, 1) + OdGeVector3d(100, 0, 0)));
   EXPECT_TRUE(samePoint(p->getStartPt(), start));
-  EXPECT_TRUE(samePoint(OdGePoint3d::kOrigin + p->getRadiusVector(),
-                        OdGePoint3d::kOrigin + radius));
+  EXPECT_TRUE(
+      samePoint(OdGePoint3d::kOrigin + p->getRadiusVector(), OdGePoint3d::kOrigin + radius));
   // Required: a rebuild starts from the untransformed radius, so the quarter turn is lost.
   p->SetVertexNub(4);
   EXPECT_TRUE(samePoint(p->getPts()[0], movedCenter + OdGeVector3d(3, 4, 0)));

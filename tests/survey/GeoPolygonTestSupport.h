@@ -46,8 +46,7 @@ inline void openCut(const Filer& writer, unsigned int bytes, Filer& reader) {
   for (unsigned int i = 0; i < bytes; ++i)
     data.append(writer.dataBuffer()[i]);
   reader.openForRead(data, OdUInt64(bytes) * 8, writer.stringBuffer(), writer.stringBitSize(),
-                     writer.handleBuffer(), writer.handleBitSize(), nullptr,
-                     OdDbFiler::kCopyFiler);
+                     writer.handleBuffer(), writer.handleBitSize(), nullptr, OdDbFiler::kCopyFiler);
 }
 
 /// The entity's grips, asked for as an editor asks.
@@ -80,13 +79,13 @@ inline OdGePoint3dArray snapsOf(const OdDbEntity* entity, OdDb::OsnapMode mode,
   return points;
 }
 
-inline ::testing::AssertionResult samePoint(const OdGePoint3d& actual,
-                                            const OdGePoint3d& expected, double tol = 1e-9) {
+inline ::testing::AssertionResult samePoint(const OdGePoint3d& actual, const OdGePoint3d& expected,
+                                            double tol = 1e-9) {
   if (actual.distanceTo(expected) <= tol)
     return ::testing::AssertionSuccess();
   return ::testing::AssertionFailure()
-         << "(" << actual.x << ", " << actual.y << ", " << actual.z << ") is not ("
-         << expected.x << ", " << expected.y << ", " << expected.z << ")";
+         << "(" << actual.x << ", " << actual.y << ", " << actual.z << ") is not (" << expected.x
+         << ", " << expected.y << ", " << expected.z << ")";
 }
 
 } // namespace geotest

@@ -78,18 +78,28 @@ TEST(GeoRectGeometry, DegenerateEdgesTakeTheirFallbackDirections) {
   };
   const Case cases[] = {
       // All corners equal: the length goes along -perp(+Y) = +X, the width along perp(+X) = +Y.
-      {"point, length", {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}}, true,
+      {"point, length",
+       {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}},
+       true,
        {{1, 1, 0}, {3, 1, 0}, {3, 1, 0}, {1, 1, 0}}},
-      {"point, width", {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}}, false,
+      {"point, width",
+       {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}},
+       false,
        {{1, 1, 0}, {1, 1, 0}, {1, 3, 0}, {1, 3, 0}}},
       // A zero length edge turns the width edge's direction (+Y) by -perp: +X.
-      {"flat along Y, length", {{0, 0, 0}, {0, 0, 0}, {0, 5, 0}, {0, 5, 0}}, true,
+      {"flat along Y, length",
+       {{0, 0, 0}, {0, 0, 0}, {0, 5, 0}, {0, 5, 0}},
+       true,
        {{0, 0, 0}, {2, 0, 0}, {2, 5, 0}, {0, 5, 0}}},
       // A zero width edge turns the length edge's direction (-X) by perp: -Y.
-      {"flat along -X, width", {{0, 0, 0}, {-4, 0, 0}, {-4, 0, 0}, {0, 0, 0}}, false,
+      {"flat along -X, width",
+       {{0, 0, 0}, {-4, 0, 0}, {-4, 0, 0}, {0, 0, 0}},
+       false,
        {{0, 0, 0}, {-4, 0, 0}, {-4, -2, 0}, {0, -2, 0}}},
       // Edges shorter than 1e-10 count as degenerate.
-      {"tiny length edge", {{0, 0, 0}, {1e-11, 0, 0}, {1e-11, 3, 0}, {0, 3, 0}}, true,
+      {"tiny length edge",
+       {{0, 0, 0}, {1e-11, 0, 0}, {1e-11, 3, 0}, {0, 3, 0}},
+       true,
        {{0, 0, 0}, {2, 0, 0}, {2, 3, 0}, {0, 3, 0}}},
   };
   for (const Case& c : cases) {
@@ -214,8 +224,7 @@ TEST(GeoRectGeometry, EdgeStretchOfADegenerateEdgeUsesTheFullOffset) {
 
 TEST(GeoRectGeometry, TransformMovesCornersAndCentreButNotTheRotationHandle) {
   GeoRectGeometry rect = axisAligned();
-  rect.transformBy(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 5)) *
-                   OdGeMatrix3d::scaling(2.0));
+  rect.transformBy(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 5)) * OdGeMatrix3d::scaling(2.0));
   expectCorners(rect, {{2, 4, 5}, {22, 4, 5}, {22, 12, 5}, {2, 12, 5}});
   expectPoint(rect.center, OdGePoint3d(12, 8, 5));
   expectPoint(rect.rotatePt, OdGePoint3d(6, 54, 0));

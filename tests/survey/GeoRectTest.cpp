@@ -110,8 +110,7 @@ TYPED_TEST(RectBody, StartsAsAPointAtTheOrigin) {
 }
 
 TYPED_TEST(RectBody, TwoPointsGiveTheSameRectangleAsSetPts) {
-  typename TestFixture::Ptr built(
-      new TypeParam(OdGePoint3d(1, 2, 4), OdGePoint3d(5, 8, 10)));
+  typename TestFixture::Ptr built(new TypeParam(OdGePoint3d(1, 2, 4), OdGePoint3d(5, 8, 10)));
   expectCorners(built->getPts(), {{1, 2, 4}, {5, 2, 0}, {5, 8, 10}, {1, 8, 0}});
   expectPoint(built->getCenterPt(), OdGePoint3d(3, 5, 7));
   expectPoint(built->getRotatePt(), OdGePoint3d(3, 55, 7));
@@ -175,8 +174,7 @@ TYPED_TEST(RectBody, WritesTheReferenceRecordAfterTheEntityData) {
   full.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   rect->dwgOutFields(&full);
   EXPECT_EQ(full.dataBitSize() - base.dataBitSize(), 366u);
-  EXPECT_EQ(hexOfBits(full.dataBuffer(), full.dataBitSize(), base.dataBitSize()),
-            kReferenceRecord);
+  EXPECT_EQ(hexOfBits(full.dataBuffer(), full.dataBitSize(), base.dataBitSize()), kReferenceRecord);
   // The strings and handles are the entity's alone.
   EXPECT_EQ(full.stringBitSize(), base.stringBitSize());
   EXPECT_EQ(full.handleBitSize(), base.handleBitSize());
@@ -375,8 +373,7 @@ TYPED_TEST(RectBody, SnapsComeFromTheEdgesWithTheCentreFirst) {
   const OdGePoint3d pick(0, 0, 0), last(3, 0, 0);
   OdGePoint3dArray centre;
   centre.append(OdGePoint3d(9, 9, 9));
-  ASSERT_EQ(rect->getOsnapPoints(OdDb::kOsModeCen, 0, pick, last, OdGeMatrix3d::kIdentity,
-                                 centre),
+  ASSERT_EQ(rect->getOsnapPoints(OdDb::kOsModeCen, 0, pick, last, OdGeMatrix3d::kIdentity, centre),
             eOk);
   ASSERT_EQ(centre.size(), 2u);
   expectPoint(centre[1], OdGePoint3d(6, 4, 0));

@@ -203,12 +203,9 @@ TEST(GeoTriangle, MovingGripsMovesVerticesAndTheCentroidFollows) {
     std::initializer_list<OdIntPtr> grips;
     OdGePoint3d a, b, c;
   } cases[] = {
-      {{0}, kA + v, kB, kC},
-      {{1}, kA, kB + v, kC},
-      {{2}, kA, kB, kC + v},
-      {{3}, kA + v, kB + v, kC + v},
-      {{0, 2}, kA + v, kB, kC + v},
-      {{4}, kA, kB, kC},
+      {{0}, kA + v, kB, kC},        {{1}, kA, kB + v, kC},
+      {{2}, kA, kB, kC + v},        {{3}, kA + v, kB + v, kC + v},
+      {{0, 2}, kA + v, kB, kC + v}, {{4}, kA, kB, kC},
       {{-1}, kA, kB, kC},
   };
   for (const Case& c : cases) {

@@ -115,8 +115,7 @@ TEST(MesuarData, WritesVersionFiveThenTheText) {
   data->OdDbEntity::dwgOutFields(&base);
   EXPECT_EQ(hexOfBits(own.dataBuffer(), own.dataBitSize(), base.dataBitSize()), "4140");
   EXPECT_EQ(own.stringBitSize() - base.stringBitSize(), 26u);
-  EXPECT_EQ(hexOfBits(own.stringBuffer(), own.stringBitSize(), base.stringBitSize()),
-            "40504000");
+  EXPECT_EQ(hexOfBits(own.stringBuffer(), own.stringBitSize(), base.stringBitSize()), "40504000");
 }
 
 TEST(MesuarData, OtherVersionsAreReadButDropTheText) {
@@ -163,8 +162,8 @@ TEST(MesuarData, StreamsCutShortFailAndKeepTheText) {
   for (OdUInt64 bits = 0; bits < writer.stringBitSize(); bits += 8)
     cuts.push_back({writer.dataBitSize(), bits});
   for (const Cut& cut : cuts) {
-    SCOPED_TRACE(testing::Message() << "data bits " << cut.dataBits << ", string bits "
-                                    << cut.stringBits);
+    SCOPED_TRACE(testing::Message()
+                 << "data bits " << cut.dataBits << ", string bits " << cut.stringBits);
     OdStaticRxObject<OdDbDwgStreamFiler> reader;
     reader.openForRead(writer.dataBuffer(), cut.dataBits, writer.stringBuffer(), cut.stringBits,
                        writer.handleBuffer(), writer.handleBitSize(), db);

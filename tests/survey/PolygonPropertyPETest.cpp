@@ -77,8 +77,7 @@ TEST(PolygonPropertyPE, PageOfAPolygonOpenedForReadShowsTheAngle) {
   const OdDbObjectId id = db->addOdDbObject(polygonOf(4));
   OdDbGeoPolygonPtr readOnly = OdDbGeoPolygon::cast(id.openObject(OdDb::kForRead));
   ASSERT_FALSE(readOnly.isNull());
-  EXPECT_NEAR(polygonPage()->getPropAttributeByeId(readOnly, 1, 0).value.getDouble(), 90.0,
-              1e-9);
+  EXPECT_NEAR(polygonPage()->getPropAttributeByeId(readOnly, 1, 0).value.getDouble(), 90.0, 1e-9);
 }
 
 TEST(PolygonPropertyPE, SideCountFromTheGridIsRefusedAndTheSidesStay) {
@@ -140,8 +139,8 @@ TEST(PolygonPropertyPE, MenuIsTheHostsWithPropertiesGreyedOut) {
   bool sawProperties = false;
   for (std::size_t i = 0; i < ids.size(); ++i) {
     SCOPED_TRACE(ids[i]);
-    const EntMenuData expected = g_mapAllRMenu.count(ids[i]) ? g_mapAllRMenu.at(ids[i])
-                                                             : EntMenuData();
+    const EntMenuData expected =
+        g_mapAllRMenu.count(ids[i]) ? g_mapAllRMenu.at(ids[i]) : EntMenuData();
     EXPECT_EQ(menus[i].id, expected.id);
     EXPECT_EQ(menus[i].text, expected.text);
     EXPECT_EQ(menus[i].data, expected.data);

@@ -116,8 +116,8 @@ TYPED_TEST(RectPropertyPage, OnlyItsOwnClassIsAccepted) {
   using Other = typename TypeParam::OtherRectClass;
   OdSmartPtr<Other> other = Other::createObject();
   OdDbLinePtr line = OdDbLine::createObject();
-  for (OdDbEntity* entity : {static_cast<OdDbEntity*>(other.get()),
-                             static_cast<OdDbEntity*>(line.get())}) {
+  for (OdDbEntity* entity :
+       {static_cast<OdDbEntity*>(other.get()), static_cast<OdDbEntity*>(line.get())}) {
     SCOPED_TRACE(std::string(entity->isA()->name().toUtf8()));
     try {
       this->pe.getPropAttributeByeId(entity, 1, 0);
@@ -171,6 +171,7 @@ TYPED_TEST(RectPropertyPage, SetsAcceptUsableLengthsAsTextAndRefuseEverythingEls
       {"row past the group", 1, 4, OdVariant(OdString(u"5")), true, 10, 4},
       {"group past the page", 2, 0, OdVariant(5.0), true, 10, 4},
       {"common row past the five", 0, 5, OdVariant(5.0), true, 10, 4},
+      {"negative common row", 0, -1, OdVariant(OdString(u"5")), false, 10, 4},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -232,8 +233,8 @@ TEST_F(RectMenus, FollowTheHostListWithStatisticsAfterProperties) {
     std::vector<EntMenuData> menus;
     menus.push_back(EntMenuData());
     ASSERT_TRUE(pe->GetRMenus(menus));
-    const std::vector<int> expected = {0,          kMenuDelete,           kMenuProperties,
-                                       kMenuSeparator, kMenuDrawingStatistics, kMenuExplode};
+    const std::vector<int> expected = {
+        0, kMenuDelete, kMenuProperties, kMenuSeparator, kMenuDrawingStatistics, kMenuExplode};
     EXPECT_EQ(idsOf(menus), expected);
     // Host entries are copied whole.
     EXPECT_TRUE(menus[1].text == g_mapAllRMenu[kMenuDelete].text);

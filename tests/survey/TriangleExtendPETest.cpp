@@ -13,7 +13,9 @@
 
 namespace {
 
-ExtendPEPtr fillerOf(OdRxClass* cls) { return ExtendPE::cast(cls->getX(ExtendPE::desc())); }
+ExtendPEPtr fillerOf(OdRxClass* cls) {
+  return ExtendPE::cast(cls->getX(ExtendPE::desc()));
+}
 
 OdDbGeoTrianglePtr triangle() {
   return OdDbGeoTrianglePtr(new OdDbGeoTriangle({1, 1, 5}, {7, 1, 5}, {1, 4, 5}));
@@ -51,10 +53,16 @@ struct Shape {
 };
 
 std::vector<Shape> shapes() {
-  return {{"triangle", OdDbEntityPtr(triangle()), fillerOf(OdDbGeoTriangle::desc()),
-           {{1, 1}, {7, 1}, {1, 4}}, 9.0},
-          {"polygon", OdDbEntityPtr(square()), fillerOf(OdDbGeoPolygon::desc()),
-           {{2, 0}, {0, 2}, {-2, 0}, {0, -2}}, 8.0}};
+  return {{"triangle",
+           OdDbEntityPtr(triangle()),
+           fillerOf(OdDbGeoTriangle::desc()),
+           {{1, 1}, {7, 1}, {1, 4}},
+           9.0},
+          {"polygon",
+           OdDbEntityPtr(square()),
+           fillerOf(OdDbGeoPolygon::desc()),
+           {{2, 0}, {0, 2}, {-2, 0}, {0, -2}},
+           8.0}};
 }
 
 TEST(TriangleExtendPE, ColourFillIsASolidAssociativeHatchOverTheOutline) {

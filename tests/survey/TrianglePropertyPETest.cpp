@@ -80,12 +80,15 @@ TEST(TrianglePropertyPE, OnlyTheCommonRowsCanBeSet) {
     int group;
     int row;
     OdVariant value;
-  } refused[] = {{0, 5, blue},           {0, -1, blue},         {1, 0, OdVariant(20.0)},
-                 {1, 1, OdVariant(OdString(u"20"))}, {1, 2, blue}, {2, 0, blue},
+  } refused[] = {{0, 5, blue},
+                 {0, -1, blue},
+                 {1, 0, OdVariant(20.0)},
+                 {1, 1, OdVariant(OdString(u"20"))},
+                 {1, 2, blue},
+                 {2, 0, blue},
                  {0, 0, OdVariant(OdString(u"1"))}};
   for (const Case& c : refused) {
-    EXPECT_FALSE(pe->setPropAttributeByeId(t, c.value, c.group, c.row))
-        << c.group << "/" << c.row;
+    EXPECT_FALSE(pe->setPropAttributeByeId(t, c.value, c.group, c.row)) << c.group << "/" << c.row;
     EXPECT_EQ(t->colorIndex(), 5);
     EXPECT_EQ(t->area(), 6.0);
   }

@@ -6,6 +6,8 @@
 
 #include "ClassesCommand.h"
 #include "Command.h"
+#include "DemoCommand.h"
+#include "PropsCommand.h"
 
 #include "OdError.h"
 
@@ -28,6 +30,8 @@ int main(int argc, char** argv) {
 
   std::vector<Command> commands;
   commands.push_back(addClassesCommand(app));
+  commands.push_back(addDemoCommand(app));
+  commands.push_back(addPropsCommand(app));
 
   try {
     app.parse(argc, argv);

@@ -1,4 +1,6 @@
 #include "DbEntity.h"
+#include "DbArc.h"
+#include "DbHatch.h"
 #include "DbLine.h"
 #include "DbPoint.h"
 #include "DbPolyline.h"
@@ -56,9 +58,10 @@ TEST(PlatformInitTest, DwgClassMapKnowsTheStandardTypeNumbers) {
     OdUInt16 type;
     OdRxClass* expected;
   } cases[] = {
-      {19, OdDbLine::desc()}, {27, OdDbPoint::desc()}, {77, OdDbPolyline::desc()},
-      {0, nullptr},           {18, nullptr},           {20, nullptr},
-      {78, nullptr},          {500, nullptr},          {65535, nullptr},
+      {19, OdDbLine::desc()},  {27, OdDbPoint::desc()}, {77, OdDbPolyline::desc()},
+      {17, OdDbArc::desc()},   {78, OdDbHatch::desc()}, {0, nullptr},
+      {18, nullptr},           {20, nullptr},           {500, nullptr},
+      {65535, nullptr},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.type);

@@ -1,0 +1,305 @@
+// `custents demo` and the sample drawing behind it: the shapes' geometry as the host computes
+// it, entities built from DWG records through the run-time class tree, and the pictures the
+// built application writes.
+
+#include "DemoCommand.h"
+#include "ModuleSession.h"
+#include "SampleDrawing.h"
+#include "tools/ToolRunner.h"
+
+#include "DbDwgStreamFiler.h"
+#include "OdError.h"
+#include "RxDictionary.h"
+
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace custents::sample;
+
+const std::string kModulePath = std::string(CUSTENTS_BIN_DIR) + "/CustEnts.tx";
+const double kPi = 3.14159265358979323846;
+
+std::string readFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream content;
+  content << in.rdbuf();
+  return content.str();
+}
+
+void expectPoint(const OdGePoint3d& actual, double x, double y, double z) {
+  EXPECT_NEAR(actual.x, x, 1e-9);
+  EXPECT_NEAR(actual.y, y, 1e-9);
+  EXPECT_NEAR(actual.z, z, 1e-9);
+}
+
+std::size_t occurrences(const std::string& text, const std::string& what) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1))
+    ++count;
+  return count;
+}
+
+/// Width and height from a PNG's IHDR chunk, or {0, 0} when the bytes are not a PNG.
+std::pair<unsigned, unsigned> pngSize(const std::string& png) {
+  static const std::string kSignature("\x89PNG\r\n\x1a\n", 8);
+  if (png.size() < 24 || png.compare(0, 8, kSignature) != 0 || png.compare(12, 4, "IHDR") != 0)
+    return {0, 0};
+  const auto u32 = [&](std::size_t at) {
+    unsigned value = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+      value = (value << 8) | static_cast<unsigned char>(png[at + i]);
+    return value;
+  };
+  return {u32(16), u32(20)};
+}
+
+/// Keeps the module loaded around an in-process test.
+class SampleDrawingTest : public ::testing::Test {
+protected:
+  void SetUp() override { session = std::make_unique<ModuleSession>(kModulePath); }
+  void TearDown() override { session.reset(); }
+  std::unique_ptr<ModuleSession> session;
+};
+
+// --- Geometry -------------------------------------------------------------------------------
+
+TEST(SampleGeometry, RectangleFromDiagonalPutsTheUngivenCornersAtZeroHeight) {
+  const RectangleShape shape = rectangleFromDiagonal(OdGePoint3d(1, 2, 4), OdGePoint3d(11, 7, 8));
+  expectPoint(shape.corners[0], 1, 2, 4);
+  expectPoint(shape.corners[1], 11, 2, 0);
+  expectPoint(shape.corners[2], 11, 7, 8);
+  expectPoint(shape.corners[3], 1, 7, 0);
+  expectPoint(shape.center, 6, 4.5, 6);
+  expectPoint(shape.rotatePt, 6, 54.5, 6);
+}
+
+TEST(SampleGeometry, DegenerateShapesAreRefused) {
+  const OdGePoint3d o(0, 0, 0);
+  EXPECT_THROW(rectangleFromDiagonal(o, OdGePoint3d(0, 5, 0)), std::invalid_argument);
+  EXPECT_THROW(rectangleFromDiagonal(o, OdGePoint3d(5, 0, 0)), std::invalid_argument);
+  EXPECT_THROW(triangleThrough(o, OdGePoint3d(1, 1, 0), OdGePoint3d(3, 3, 0)),
+               std::invalid_argument);
+  EXPECT_THROW(equilateralTriangle(o, o), std::invalid_argument);
+  EXPECT_THROW(regularPolygonVertices(o, o, 5), std::invalid_argument);
+  for (int sides : {-1, 0, 2, 32768})
+    EXPECT_THROW(regularPolygonVertices(o, OdGePoint3d(1, 0, 0), sides), std::invalid_argument)
+        << sides;
+  EXPECT_THROW(polygonRecord(o, OdGePoint3d(1, 0, 0), 2), std::invalid_argument);
+}
+
+TEST(SampleGeometry, EquilateralTriangleTurnsTheGivenVertexByThirds) {
+  const OdGePoint3d c(10, 20, 0);
+  const TriangleShape shape = equilateralTriangle(c, OdGePoint3d(10, 30, 0));
+  expectPoint(shape.vertices[2], 10, 30, 0);
+  // V1 a third of a turn counter-clockwise from V2, V0 two thirds.
+  expectPoint(shape.vertices[1], 10 + 10 * std::cos(kPi / 2 + 2 * kPi / 3),
+              20 + 10 * std::sin(kPi / 2 + 2 * kPi / 3), 0);
+  expectPoint(shape.vertices[0], 10 + 10 * std::cos(kPi / 2 + 4 * kPi / 3),
+              20 + 10 * std::sin(kPi / 2 + 4 * kPi / 3), 0);
+  expectPoint(shape.center, 10, 20, 0);
+  expectPoint(shape.rotatePt, 10, 70, 0);
+}
+
+TEST(SampleGeometry, RegularPolygonRunsCounterClockwiseFromTheStartVertex) {
+  for (int sides : {3, 6, 12}) {
+    SCOPED_TRACE(sides);
+    const OdGePoint3d c(5, -5, 0);
+    const OdGePoint3dArray vertices = regularPolygonVertices(c, OdGePoint3d(8, -1, 0), sides);
+    ASSERT_EQ(vertices.size(), static_cast<unsigned>(sides));
+    expectPoint(vertices[0], 8, -1, 0);
+    for (unsigned i = 0; i < vertices.size(); ++i) {
+      EXPECT_NEAR(vertices[i].distanceTo(c), 5.0, 1e-9);
+      const OdGeVector3d a = vertices[i] - c;
+      const OdGeVector3d b = vertices[(i + 1) % vertices.size()] - c;
+      EXPECT_NEAR(std::atan2(a.crossProduct(b).z, a.dotProduct(b)), 2 * kPi / sides, 1e-9);
+    }
+  }
+}
+
+// --- Entities from records ------------------------------------------------------------------
+
+TEST_F(SampleDrawingTest, AnEntityReadsItsRecordAndOffersItsCornersAsGrips) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  const RectangleShape shape = rectangleFromDiagonal(OdGePoint3d(0, 0, 0), OdGePoint3d(30, 20, 0));
+  for (RectangleKind kind : {RectangleKind::kFlat, RectangleKind::kThreeD}) {
+    OdDbEntityPtr rect = createFromRecord(db.get(), rectangleRecord(shape, kind), 3);
+    EXPECT_EQ(rect->colorIndex(), 3);
+    OdGePoint3dArray grips;
+    OdDbGripDataPtrArray gripData;
+    ASSERT_EQ(rect->getGripPoints(gripData, 0.0, 0, OdGeVector3d::kZAxis, 0), eOk);
+    ASSERT_EQ(gripData.size(), 5u);
+    for (unsigned i = 0; i < 4; ++i)
+      EXPECT_TRUE(gripData[i]->gripPoint().isEqualTo(shape.corners[i])) << i;
+    EXPECT_TRUE(gripData[4]->gripPoint().isEqualTo(OdGePoint3d(15, 10, 0)));
+  }
+}
+
+TEST_F(SampleDrawingTest, RecordsOfUnknownClassesAndWrongLayoutsAreRefused) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  EntityRecord unknown = measurementRecord(OD_T("x"));
+  unknown.className = OD_T("OdDbNoSuchShape");
+  EXPECT_THROW(createFromRecord(db.get(), unknown, 1), std::runtime_error);
+
+  // A rectangle record claiming a newer version is refused by the class's reader.
+  EntityRecord newer = rectangleRecord(rectangleFromDiagonal(OdGePoint3d(0, 0, 0),
+                                                             OdGePoint3d(1, 1, 0)));
+  newer.writeFields = [](OdDbDwgFiler& filer) { filer.wrInt16(2); };
+  EXPECT_THROW(createFromRecord(db.get(), newer, 1), OdError);
+
+  // Extra bytes after the class's fields mean the layout written is not the class's.
+  EntityRecord longer = measurementRecord(OD_T("x"));
+  const auto fields = longer.writeFields;
+  longer.writeFields = [fields](OdDbDwgFiler& filer) {
+    fields(filer);
+    filer.wrDouble(1.0);
+  };
+  EXPECT_THROW(createFromRecord(db.get(), longer, 1), std::runtime_error);
+}
+
+TEST_F(SampleDrawingTest, DraggingAPolygonVertexMovesThatVertexAlone) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  OdDbEntityPtr polygon = createFromRecord(
+      db.get(), polygonRecord(OdGePoint3d(0, 0, 0), OdGePoint3d(10, 0, 0), 6), 1);
+  OdGePoint3dArray before;
+  ASSERT_EQ(polygon->getStretchPoints(before), eOk);
+  ASSERT_EQ(before.size(), 6u);
+
+  dragGrip(polygon.get(), OdGePoint3d(9.5, 0.5, 0), OdGeVector3d(2, 3, 0));
+
+  OdGePoint3dArray after;
+  ASSERT_EQ(polygon->getStretchPoints(after), eOk);
+  ASSERT_EQ(after.size(), 6u);
+  expectPoint(after[0], 12, 3, 0);
+  for (unsigned i = 1; i < 6; ++i)
+    EXPECT_TRUE(after[i].isEqualTo(before[i])) << i;
+}
+
+TEST_F(SampleDrawingTest, PropertyTextGoesThroughTheGridRowOfThatLabel) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  OdDbEntityPtr rect = createFromRecord(
+      db.get(), rectangleRecord(rectangleFromDiagonal(OdGePoint3d(0, 0, 0), OdGePoint3d(10, 4, 0))),
+      1);
+  setPropertyText(rect.get(), OD_T("长"), OD_T("25"));
+  OdGePoint3dArray corners;
+  ASSERT_EQ(rect->getStretchPoints(corners), eOk);
+  ASSERT_EQ(corners.size(), 4u);
+  EXPECT_NEAR(corners[0].distanceTo(corners[1]), 25.0, 1e-9);
+  EXPECT_NEAR(corners[0].distanceTo(corners[3]), 4.0, 1e-9);
+
+  EXPECT_THROW(setPropertyText(rect.get(), OD_T("周长"), OD_T("3")), std::runtime_error);
+  EXPECT_THROW(setPropertyText(rect.get(), OD_T("长"), OD_T("0")), std::runtime_error);
+  EXPECT_THROW(setPropertyText(rect.get(), OD_T("没有"), OD_T("3")), std::runtime_error);
+  OdGePoint3dArray unchanged;
+  ASSERT_EQ(rect->getStretchPoints(unchanged), eOk);
+  EXPECT_NEAR(unchanged[0].distanceTo(unchanged[1]), 25.0, 1e-9) << "refused values change nothing";
+}
+
+TEST_F(SampleDrawingTest, SampleDrawingHoldsEveryShapeKind) {
+  std::vector<std::pair<std::string, std::size_t>> counts;
+  {
+    OdDbDatabasePtr db = buildSampleDrawing();
+    counts = countEntitiesByClass(modelSpaceEntities(db.get()));
+  }
+  const std::vector<std::pair<std::string, std::size_t>> expected = {
+      {"OdDbGeoRect", 4},    {"OdDbGeo3dRect", 1}, {"OdDbGeoTriangle", 2},
+      {"OdDbHatch", 2},      {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4}};
+  std::set<std::pair<std::string, std::size_t>> actual(counts.begin(), counts.end());
+  EXPECT_EQ(actual, std::set<std::pair<std::string, std::size_t>>(expected.begin(), expected.end()));
+  EXPECT_EQ(counts.size(), expected.size()) << "a class listed twice";
+}
+
+// --- The command ----------------------------------------------------------------------------
+
+TEST(DemoCommand, WritesBothPicturesAtTheRequestedSize) {
+  const std::string dir = makeTempDir() + "/nested/out";
+  const ToolRun run = runCustents({"demo", "--out", dir, "--width", "640", "--height", "480"});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_NE(run.out.find(dir + "/demo.svg"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find(dir + "/demo.png"), std::string::npos) << run.out;
+  for (const char* cls : {"OdDbGeoRect", "OdDbGeo3dRect", "OdDbGeoTriangle", "OdDbGeoPolygon",
+                          "OdDbMesuarData", "OdDbHatch"})
+    EXPECT_NE(run.out.find(cls), std::string::npos) << cls;
+
+  EXPECT_EQ(pngSize(readFile(dir + "/demo.png")), std::make_pair(640u, 480u));
+  const std::string svg = readFile(dir + "/demo.svg");
+  EXPECT_NE(svg.find("width=\"640\" height=\"480\""), std::string::npos);
+  std::remove((dir + "/demo.svg").c_str());
+  std::remove((dir + "/demo.png").c_str());
+}
+
+TEST(DemoCommand, PictureShowsEveryShapeInItsColourAndTheSolidFill) {
+  const std::string dir = makeTempDir();
+  const ToolRun demo = runCustents({"demo", "--out", dir});
+  ASSERT_EQ(demo.exitCode, 0) << demo.err;
+  const std::string svg = readFile(dir + "/demo.svg");
+  std::remove((dir + "/demo.svg").c_str());
+  std::remove((dir + "/demo.png").c_str());
+
+  // The colours come from the entities' own property pages, not from the demo's code.
+  const ToolRun props = runCustents({"props", "--json"});
+  ASSERT_EQ(props.exitCode, 0) << props.err;
+  rapidjson::Document pages;
+  pages.Parse(props.out.c_str(), props.out.size());
+  ASSERT_FALSE(pages.HasParseError());
+  ASSERT_TRUE(pages.IsArray());
+
+  std::size_t shapes = 0;
+  for (const auto& page : pages.GetArray()) {
+    const std::string cls = page["class"].GetString();
+    const auto& colorRow = page["groups"][0]["rows"][0];
+    ASSERT_EQ(colorRow["editorKind"].GetInt(), 1);
+    OdCmEntityColor color;
+    ASSERT_EQ(color.setColor(static_cast<OdUInt32>(colorRow["value"].GetInt64())), eOk);
+    char hex[8];
+    std::snprintf(hex, sizeof hex, "#%02x%02x%02x", color.red(), color.green(), color.blue());
+    SCOPED_TRACE(cls + " " + page["handle"].GetString() + " " + hex);
+    if (cls == "OdDbMesuarData") {
+      // The measurement data is invisible: nothing in its colour.
+      EXPECT_EQ(svg.find(hex), std::string::npos);
+    } else if (cls == "OdDbHatch" && colorRow["valueText"].GetString() ==
+                                         std::string("0xC2FFC850 RGB(255,200,80)")) {
+      EXPECT_NE(svg.find(std::string("fill=\"") + hex + "\""), std::string::npos);
+    } else {
+      ++shapes;
+      EXPECT_NE(svg.find(std::string("stroke=\"") + hex + "\""), std::string::npos);
+    }
+  }
+  EXPECT_EQ(shapes, 12u) << "11 shape outlines and the pattern fill";
+  EXPECT_GE(occurrences(svg, "stroke=\""), shapes);
+}
+
+TEST(DemoCommand, FailuresExitOneWithTheCause) {
+  const std::string dir = makeTempDir();
+  const std::string file = dir + "/plain-file";
+  std::ofstream(file) << "not a folder\n";
+
+  const ToolRun blocked = runCustents({"demo", "--out", file + "/sub"});
+  EXPECT_EQ(blocked.exitCode, 1);
+  EXPECT_NE(blocked.err.find("cannot create the output folder"), std::string::npos)
+      << blocked.err;
+
+  const ToolRun noModule = runCustents({"demo", "--out", dir, "--module", dir + "/none.tx"});
+  EXPECT_EQ(noModule.exitCode, 1);
+  EXPECT_NE(noModule.err.find("none.tx"), std::string::npos) << noModule.err;
+  EXPECT_EQ(readFile(dir + "/demo.svg"), "") << "nothing written without the module";
+
+  const ToolRun badSize = runCustents({"demo", "--out", dir, "--width", "0"});
+  EXPECT_EQ(badSize.exitCode, 2);
+  std::remove(file.c_str());
+  std::remove(dir.c_str());
+}
+
+} // namespace

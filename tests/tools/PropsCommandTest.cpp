@@ -1,0 +1,269 @@
+// `custents props`: the property pages the entities' extensions give for the sample drawing,
+// as text and as JSON, and the value formatting behind them.
+
+#include "ModuleSession.h"
+#include "PropsCommand.h"
+#include "SampleDrawing.h"
+#include "tools/ToolRunner.h"
+
+#include "OdVariant.h"
+
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+const std::string kModulePath = std::string(CUSTENTS_BIN_DIR) + "/CustEnts.tx";
+
+std::string str(const rapidjson::Value& value) {
+  return value.IsString() ? std::string(value.GetString(), value.GetStringLength())
+                          : std::string("<not a string>");
+}
+
+bool startsWith(const std::string& text, const std::string& prefix) {
+  return text.compare(0, prefix.size(), prefix) == 0;
+}
+
+/// The pages printed by `custents props --json`.
+class PropsJson : public ::testing::Test {
+protected:
+  static void SetUpTestSuite() {
+    const ToolRun run = runCustents({"props", "--json"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    ASSERT_EQ(run.err, "");
+    pages.Parse(run.out.c_str(), run.out.size());
+    ASSERT_FALSE(pages.HasParseError()) << run.out;
+    ASSERT_TRUE(pages.IsArray());
+  }
+
+  /// The pages of one class, in drawing order.
+  static std::vector<const rapidjson::Value*> pagesOf(const std::string& cls) {
+    std::vector<const rapidjson::Value*> found;
+    for (const auto& page : pages.GetArray())
+      if (str(page["class"]) == cls)
+        found.push_back(&page);
+    return found;
+  }
+
+  /// Row values of group 1 by label, after checking labels, editability and tips.
+  static std::map<std::string, double> geometryRows(const rapidjson::Value& page,
+                                                    const std::vector<std::string>& labels,
+                                                    const std::vector<bool>& editable) {
+    std::map<std::string, double> values;
+    const auto& groups = page["groups"];
+    EXPECT_EQ(groups.Size(), 2u);
+    if (groups.Size() != 2u)
+      return values;
+    const auto& common = groups[0];
+    EXPECT_EQ(str(common["caption"]), "常规");
+    EXPECT_EQ(common["count"].GetInt(), 5);
+    EXPECT_EQ(common["rows"].Size(), 5u);
+    const auto& group = groups[1];
+    EXPECT_EQ(str(group["caption"]), "几何图形");
+    EXPECT_EQ(group["flag"].GetInt(), 1);
+    const auto& rows = group["rows"];
+    EXPECT_EQ(rows.Size(), labels.size());
+    EXPECT_EQ(group["count"].GetInt(), static_cast<int>(labels.size()));
+    for (rapidjson::SizeType i = 0; i < rows.Size() && i < labels.size(); ++i) {
+      const auto& row = rows[i];
+      EXPECT_EQ(str(row["label"]), labels[i]);
+      EXPECT_EQ(row["index"].GetInt(), static_cast<int>(i));
+      EXPECT_EQ(row["editable"].GetBool(), editable[i]) << labels[i];
+      EXPECT_TRUE(startsWith(str(row["tip"]), editable[i] ? "修改" : "查看")) << str(row["tip"]);
+      EXPECT_EQ(str(row["valueType"]), "Double");
+      EXPECT_EQ(row["editorKind"].GetInt(), 0);
+      if (row["value"].IsNumber())
+        values[labels[i]] = row["value"].GetDouble();
+    }
+    return values;
+  }
+
+  static rapidjson::Document pages;
+};
+
+rapidjson::Document PropsJson::pages;
+
+TEST_F(PropsJson, ListsEveryEntityOfTheSampleDrawingInOrder) {
+  // The same drawing built here, read back through the platform alone.
+  std::vector<std::pair<std::string, std::string>> expected;
+  {
+    ModuleSession session(kModulePath);
+    OdDbDatabasePtr db = custents::sample::buildSampleDrawing();
+    for (const OdDbEntityPtr& entity : custents::sample::modelSpaceEntities(db.get()))
+      expected.emplace_back(entity->isA()->name().toUtf8(), entity->getDbHandle().ascii().toUtf8());
+  }
+  ASSERT_EQ(pages.Size(), expected.size());
+  for (rapidjson::SizeType i = 0; i < pages.Size(); ++i) {
+    EXPECT_EQ(str(pages[i]["class"]), expected[i].first) << i;
+    EXPECT_EQ(str(pages[i]["handle"]), expected[i].second) << i;
+    EXPECT_FALSE(pages[i].HasMember("error")) << str(pages[i]["error"]);
+  }
+}
+
+TEST_F(PropsJson, RectanglePagesReportConsistentMeasures) {
+  std::vector<const rapidjson::Value*> rects = pagesOf("OdDbGeoRect");
+  const std::vector<const rapidjson::Value*> rects3d = pagesOf("OdDbGeo3dRect");
+  ASSERT_EQ(rects.size(), 4u);
+  ASSERT_EQ(rects3d.size(), 1u);
+  rects.insert(rects.end(), rects3d.begin(), rects3d.end());
+
+  bool editedFromTheGrid = false;
+  for (const rapidjson::Value* page : rects) {
+    SCOPED_TRACE(str((*page)["handle"]));
+    EXPECT_EQ(str((*page)["name"]), "矩形");
+    std::map<std::string, double> v =
+        geometryRows(*page, {"长", "宽", "周长", "面积"}, {true, true, false, false});
+    ASSERT_EQ(v.size(), 4u);
+    EXPECT_GT(v["长"], 0.0);
+    EXPECT_GT(v["宽"], 0.0);
+    EXPECT_NEAR(v["周长"], 2.0 * (v["长"] + v["宽"]), 1e-9);
+    EXPECT_NEAR(v["面积"], v["长"] * v["宽"], 1e-9);
+    // The first rectangle was drawn 100 long and given 120 in the grid.
+    if (v["长"] == 120.0)
+      editedFromTheGrid = true;
+  }
+  EXPECT_TRUE(editedFromTheGrid);
+  // The tilted 3D rectangle keeps its true size: 100 by 70 like its flat twin.
+  const std::map<std::string, double> tilted =
+      geometryRows(*rects3d[0], {"长", "宽", "周长", "面积"}, {true, true, false, false});
+  EXPECT_NEAR(tilted.at("面积"), 7000.0, 1e-6);
+}
+
+TEST_F(PropsJson, TriangleAndPolygonPagesReportTheirMeasures) {
+  const std::vector<const rapidjson::Value*> triangles = pagesOf("OdDbGeoTriangle");
+  ASSERT_EQ(triangles.size(), 2u);
+  // The first is equilateral: its area follows from its perimeter.
+  std::map<std::string, double> equilateral =
+      geometryRows(*triangles[0], {"周长", "面积"}, {false, false});
+  EXPECT_EQ(str((*triangles[0])["name"]), "三角形");
+  const double side = equilateral["周长"] / 3.0;
+  EXPECT_NEAR(equilateral["面积"], std::sqrt(3.0) / 4.0 * side * side, 1e-6);
+  std::map<std::string, double> other = geometryRows(*triangles[1], {"周长", "面积"}, {false, false});
+  EXPECT_GT(other["面积"], 0.0);
+
+  const std::vector<const rapidjson::Value*> polygons = pagesOf("OdDbGeoPolygon");
+  ASSERT_EQ(polygons.size(), 4u);
+  std::multiset<double> sides;
+  for (const rapidjson::Value* page : polygons) {
+    EXPECT_EQ(str((*page)["name"]), "多边形");
+    std::map<std::string, double> v = geometryRows(*page, {"角度", "边数"}, {false, true});
+    EXPECT_NEAR(v["角度"] * v["边数"], 360.0, 1e-9);
+    sides.insert(v["边数"]);
+  }
+  EXPECT_EQ(sides, (std::multiset<double>{3, 6, 6, 12}));
+}
+
+TEST_F(PropsJson, EntitiesWithoutAnExtensionGetTheCommonGroup) {
+  std::vector<const rapidjson::Value*> plain = pagesOf("OdDbMesuarData");
+  const std::vector<const rapidjson::Value*> hatches = pagesOf("OdDbHatch");
+  ASSERT_EQ(plain.size(), 1u);
+  ASSERT_EQ(hatches.size(), 2u);
+  plain.insert(plain.end(), hatches.begin(), hatches.end());
+  bool goldFill = false;
+  for (const rapidjson::Value* page : plain) {
+    EXPECT_EQ(str((*page)["extension"]), "PropertyPE");
+    EXPECT_EQ(str((*page)["name"]), str((*page)["class"]));
+    const auto& groups = (*page)["groups"];
+    ASSERT_EQ(groups.Size(), 1u);
+    ASSERT_EQ(groups[0]["rows"].Size(), 5u);
+    const auto& color = groups[0]["rows"][0];
+    EXPECT_EQ(color["editorKind"].GetInt(), 1);
+    EXPECT_TRUE(color["value"].IsInt64());
+    if (str(color["valueText"]) == "0xC2FFC850 RGB(255,200,80)")
+      goldFill = true;
+  }
+  EXPECT_TRUE(goldFill) << "the colour fill keeps its true colour";
+}
+
+TEST(PropsCommand, TextOutputShowsEveryEntityAndItsRows) {
+  const ToolRun json = runCustents({"props", "--json"});
+  const ToolRun text = runCustents({"props"});
+  ASSERT_EQ(text.exitCode, 0) << text.err;
+  EXPECT_EQ(text.err, "");
+  rapidjson::Document pages;
+  pages.Parse(json.out.c_str(), json.out.size());
+  ASSERT_TRUE(pages.IsArray());
+  for (const auto& page : pages.GetArray()) {
+    const std::string heading = str(page["class"]) + "  handle " + str(page["handle"]) + "  " +
+                                str(page["name"]);
+    EXPECT_NE(text.out.find(heading), std::string::npos) << heading;
+  }
+  for (const char* label : {"长", "宽", "周长", "面积", "角度", "边数", "ACI 1", "修改矩形的长"})
+    EXPECT_NE(text.out.find(label), std::string::npos) << label;
+  EXPECT_NE(text.out.find("Group 1: 几何图形"), std::string::npos);
+}
+
+TEST(PropsCommand, MissingModuleExitsOne) {
+  const ToolRun run = runCustents({"props", "--module", "/nonexistent/CustEnts.tx"});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_NE(run.err.find("/nonexistent/CustEnts.tx"), std::string::npos) << run.err;
+  EXPECT_EQ(run.out, "");
+}
+
+// --- Value formatting -----------------------------------------------------------------------
+
+TEST(PropertyValues, DoublesPrintWithTheDigitsThatGiveThemBack) {
+  for (double value : {0.0, 0.1, 1.0 / 3.0, 120.0, -2.5, 1e-300, 8400.000000000002,
+                       std::numeric_limits<double>::max()}) {
+    const std::string text = formatDouble(value);
+    EXPECT_EQ(std::strtod(text.c_str(), nullptr), value) << text;
+  }
+  EXPECT_EQ(formatDouble(120.0), "120");
+  EXPECT_EQ(formatDouble(0.1), "0.1");
+  EXPECT_EQ(formatDouble(std::nan("")), "nan");
+  EXPECT_EQ(formatDouble(-std::numeric_limits<double>::infinity()), "-inf");
+}
+
+TEST(PropertyValues, ColoursShowTheirPackedValueAndMeaning) {
+  const struct {
+    OdUInt32 packed;
+    const char* text;
+  } cases[] = {
+      {0xC0000100u, "0xC0000100 ByLayer"}, {0xC1000000u, "0xC1000000 ByBlock"},
+      {0xC3000005u, "0xC3000005 ACI 5"},   {0xC2FFC850u, "0xC2FFC850 RGB(255,200,80)"},
+      {0xC5000007u, "0xC5000007 Foreground"}, {0xC8000000u, "0xC8000000 None"},
+      {0x12345678u, "0x12345678 not a colour"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(describeColor(c.packed), c.text);
+}
+
+TEST(PropertyValues, EachVariantTypeIsReadAsItsKind) {
+  using Kind = PropertyValue::Kind;
+  OdIntArray ints;
+  ints.append(1);
+  ints.append(-2);
+  const struct {
+    OdVariant value;
+    int editorKind;
+    Kind kind;
+    const char* text;
+    const char* type;
+  } cases[] = {
+      {OdVariant(), 0, Kind::kEmpty, "", "Void"},
+      {OdVariant(OdString(OD_T("图层1"))), 0, Kind::kString, "图层1", "String"},
+      {OdVariant(true), 3, Kind::kBool, "yes", "Bool"},
+      {OdVariant(2.25), 0, Kind::kDouble, "2.25", "Double"},
+      {OdVariant(static_cast<OdUInt32>(0xC3000001u)), 1, Kind::kColor, "0xC3000001 ACI 1", "Int32"},
+      {OdVariant(static_cast<OdInt32>(-1)), 0, Kind::kInteger, "-1", "Int32"},
+      {OdVariant(ints), 0, Kind::kOther, "[1, -2]", "Int32 array"},
+  };
+  for (const auto& c : cases) {
+    const PropertyValue v = describePropertyValue(c.value, c.editorKind);
+    EXPECT_EQ(v.kind, c.kind) << c.text;
+    EXPECT_EQ(v.text, c.text);
+    EXPECT_EQ(v.typeName, c.type);
+  }
+  EXPECT_EQ(describePropertyValue(OdVariant(static_cast<OdUInt32>(0xC3000001u)), 1).integer,
+            0xC3000001LL);
+}
+
+} // namespace
