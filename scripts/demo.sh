@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Sets the machine up, builds the project in Release into build/release and lists the classes
-# that the CustEnts module registers when the reference host application loads it.
+# Sets the machine up, builds the project in Release into build/release and has the reference
+# host application draw the built-in sample drawing of the CustEnts module's survey shapes into
+# build/release/demo/demo.svg and demo.png.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -15,4 +16,4 @@ fi
 cmake -S . -B "$build" "${generator[@]}" -DCMAKE_BUILD_TYPE=Release
 cmake --build "$build" -j"$(nproc)"
 
-"$build/bin/custents" classes
+"$build/bin/custents" demo --out "$build/demo"

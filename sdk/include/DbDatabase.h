@@ -7,6 +7,9 @@
 #include "CmColor.h"
 #include "DbLineWeight.h"
 #include "DbObject.h"
+#include "Ge/GeMatrix3d.h"
+#include "Ge/GePoint3d.h"
+#include "Ge/GeVector3d.h"
 
 #include <memory>
 #include <unordered_map>
@@ -16,7 +19,7 @@ class OdDbDatabase : public OdRxObject {
   ODRX_DECLARE_MEMBERS(OdDbDatabase);
 
   /// A new drawing holds layer "0"; linetypes "ByBlock", "ByLayer" and "Continuous"; the
-  /// block records "*Model_Space" and "*Paper_Space".
+  /// block records "*Model_Space" and "*Paper_Space"; text style "Standard" (font "txt").
   OdDbDatabase();
   ~OdDbDatabase() override;
 
@@ -36,6 +39,8 @@ class OdDbDatabase : public OdRxObject {
   OdDbObjectId getLayerTableId() const { return m_layerTableId; }
   OdDbObjectId getLinetypeTableId() const { return m_linetypeTableId; }
   OdDbObjectId getBlockTableId() const { return m_blockTableId; }
+  OdDbObjectId getTextStyleTableId() const { return m_textStyleTableId; }
+  OdDbObjectId getTextStyleStandardId() const { return m_textStyleStandardId; }
   OdDbObjectId getModelSpaceId() const { return m_modelSpaceId; }
   OdDbObjectId getPaperSpaceId() const { return m_paperSpaceId; }
   OdDbObjectId getLayerZeroId() const { return m_layerZeroId; }
@@ -57,6 +62,25 @@ class OdDbDatabase : public OdRxObject {
   void setCELWEIGHT(OdDb::LineWeight lineWeight);
   double getLTSCALE() const { return m_ltscale; }
   void setLTSCALE(double scale);
+  /// The height new texts take (2.5 in a new drawing).
+  double getTEXTSIZE() const { return m_textsize; }
+  /// Throws OdError(eInvalidInput) for a size that is not a positive finite number.
+  void setTEXTSIZE(double size);
+  /// The text style new texts take ("Standard" in a new drawing).
+  OdDbObjectId getTEXTSTYLE() const { return m_textstyle; }
+  /// Throws OdError(eWrongObjectType) for an id that is not a text style of this database.
+  void setTEXTSTYLE(OdDbObjectId textStyleId);
+
+  // The current user coordinate system, in which commands take and show coordinates (the
+  // world system in a new drawing).
+  OdGePoint3d getUCSORG() const { return m_ucsOrigin; }
+  OdGeVector3d getUCSXDIR() const { return m_ucsXAxis; }
+  OdGeVector3d getUCSYDIR() const { return m_ucsYAxis; }
+  /// Stores the axes as unit vectors. Throws OdError(eInvalidInput), changing nothing, for a
+  /// non-finite value, a zero axis or axes that are not perpendicular.
+  void setUcs(const OdGePoint3d& origin, const OdGeVector3d& xAxis, const OdGeVector3d& yAxis);
+  /// Maps UCS coordinates to world coordinates; its inverse maps world to UCS.
+  OdGeMatrix3d getUcsToWorldMatrix() const;
 
 private:
   friend class OdDbObjectId;
@@ -67,6 +91,11 @@ private:
   std::unique_ptr<Stubs> m_stubs;
   OdDbHandle m_handseed = 1;
   OdDbObjectId m_layerTableId, m_linetypeTableId, m_blockTableId;
+  OdDbObjectId m_textStyleTableId, m_textStyleStandardId, m_textstyle;
+  double m_textsize = 2.5;
+  OdGePoint3d m_ucsOrigin;
+  OdGeVector3d m_ucsXAxis{1.0, 0.0, 0.0};
+  OdGeVector3d m_ucsYAxis{0.0, 1.0, 0.0};
   OdDbObjectId m_modelSpaceId, m_paperSpaceId, m_layerZeroId;
   OdDbObjectId m_linetypeByLayerId, m_linetypeByBlockId, m_linetypeContinuousId;
   OdCmColor m_cecolor;

@@ -178,8 +178,9 @@ protected:
   /// properties: the outlines, since the fill or pattern has no standard-entity equivalent of
   /// its own. eOk, nothing added, without loops.
   OdResult subExplode(OdRxObjectPtrArray& entitySet) const override;
-  /// The intersections of the loop outlines (the exploded polylines) with other; the result
-  /// of the first outline whose intersection fails.
+  /// The intersections of the loop outlines (the exploded polylines, through
+  /// OdDbPolyline::intersectWith) with other, each point once; on failure the result of the
+  /// first outline whose intersection fails, and no points.
   OdResult subIntersectWith(const OdDbEntity* other, OdDb::Intersect intType,
                             OdGePoint3dArray& points, OdGsMarker thisGsMarker,
                             OdGsMarker otherGsMarker) const override;

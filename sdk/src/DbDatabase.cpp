@@ -4,6 +4,7 @@
 #include "DbLayerTable.h"
 #include "DbLinetypeTable.h"
 #include "DbStub.h"
+#include "DbTextStyleTable.h"
 #include "RxObjectImpl.h"
 
 #include <cmath>
@@ -43,6 +44,7 @@ OdDbDatabase::OdDbDatabase() : m_stubs(new Stubs) {
   m_layerTableId = addTable<OdDbLayerTable>(this);
   m_linetypeTableId = addTable<OdDbLinetypeTable>(this);
   m_blockTableId = addTable<OdDbBlockTable>(this);
+  m_textStyleTableId = addTable<OdDbTextStyleTable>(this);
 
   m_linetypeByBlockId =
       addRecord(m_linetypeTableId, newRecord<OdDbLinetypeTableRecord>(OD_T("ByBlock")));
@@ -63,6 +65,11 @@ OdDbDatabase::OdDbDatabase() : m_stubs(new Stubs) {
       addRecord(m_blockTableId, newRecord<OdDbBlockTableRecord>(OD_T("*Model_Space")));
   m_paperSpaceId =
       addRecord(m_blockTableId, newRecord<OdDbBlockTableRecord>(OD_T("*Paper_Space")));
+
+  OdDbTextStyleTableRecordPtr standard = newRecord<OdDbTextStyleTableRecord>(OD_T("Standard"));
+  standard->setFileName(OD_T("txt"));
+  m_textStyleStandardId = addRecord(m_textStyleTableId, standard);
+  m_textstyle = m_textStyleStandardId;
 
   m_clayer = m_layerZeroId;
   m_celtype = m_linetypeByLayerId;
@@ -179,4 +186,37 @@ void OdDbDatabase::setLTSCALE(double scale) {
   if (!std::isfinite(scale) || scale <= 0.0)
     throw OdError(eInvalidInput, OD_T("LTSCALE must be a positive number"));
   m_ltscale = scale;
+}
+
+void OdDbDatabase::setTEXTSIZE(double size) {
+  if (!std::isfinite(size) || size <= 0.0)
+    throw OdError(eInvalidInput, OD_T("TEXTSIZE must be a positive number"));
+  m_textsize = size;
+}
+
+void OdDbDatabase::setTEXTSTYLE(OdDbObjectId textStyleId) {
+  if (textStyleId.database() != this || !textStyleId.objectClass() ||
+      !textStyleId.objectClass()->isDerivedFrom(OdDbTextStyleTableRecord::desc()))
+    throw OdError(eWrongObjectType, OD_T("TEXTSTYLE must be a text style of this drawing"));
+  m_textstyle = textStyleId;
+}
+
+void OdDbDatabase::setUcs(const OdGePoint3d& origin, const OdGeVector3d& xAxis,
+                          const OdGeVector3d& yAxis) {
+  const bool finite = std::isfinite(origin.x) && std::isfinite(origin.y) &&
+                      std::isfinite(origin.z) && std::isfinite(xAxis.x) &&
+                      std::isfinite(xAxis.y) && std::isfinite(xAxis.z) &&
+                      std::isfinite(yAxis.x) && std::isfinite(yAxis.y) && std::isfinite(yAxis.z);
+  if (!finite || xAxis.isZeroLength() || yAxis.isZeroLength() ||
+      !xAxis.normal().isPerpendicularTo(yAxis.normal()))
+    throw OdError(eInvalidInput, OD_T("A UCS needs an origin and two perpendicular axes"));
+  m_ucsOrigin = origin;
+  m_ucsXAxis = xAxis.normal();
+  m_ucsYAxis = yAxis.normal();
+}
+
+OdGeMatrix3d OdDbDatabase::getUcsToWorldMatrix() const {
+  OdGeMatrix3d matrix;
+  matrix.setCoordSystem(m_ucsOrigin, m_ucsXAxis, m_ucsYAxis, m_ucsXAxis.crossProduct(m_ucsYAxis));
+  return matrix;
 }

@@ -1062,10 +1062,17 @@ OdResult OdDbHatch::subIntersectWith(const OdDbEntity* other, OdDb::Intersect in
   assertReadEnabled();
   OdGePoint3dArray found;
   for (const OdRxObjectPtr& outline : outlines()) {
+    OdGePoint3dArray loopPoints;
     const OdResult result =
-        OdDbPolyline::cast(outline)->intersectWith(other, intType, found, 0, otherGsMarker);
+        OdDbPolyline::cast(outline)->intersectWith(other, intType, loopPoints, 0, otherGsMarker);
     if (result != eOk)
       return result;
+    // A point where two loops touch counts once, as a vertex shared by two segments does.
+    for (const OdGePoint3d& point : loopPoints) {
+      if (std::none_of(found.begin(), found.end(),
+                       [&](const OdGePoint3d& known) { return known.isEqualTo(point); }))
+        found.append(point);
+    }
   }
   for (const OdGePoint3d& point : found)
     points.append(point);

@@ -13,6 +13,8 @@
 #include "DbLinetypeTable.h"
 #include "DbPoint.h"
 #include "DbPolyline.h"
+#include "DbText.h"
+#include "DbTextStyleTable.h"
 #include "RxDictionary.h"
 #include "RxDynamicLinker.h"
 #include "RxObjectImpl.h"
@@ -34,12 +36,15 @@
   X(OdDbPolyline)                                                                                  \
   X(OdDbHatch)                                                                                     \
   X(OdDbArc)                                                                                       \
+  X(OdDbText)                                                                                      \
   X(OdDbSymbolTable)                                                                               \
   X(OdDbSymbolTableRecord)                                                                         \
   X(OdDbLayerTable)                                                                                \
   X(OdDbLayerTableRecord)                                                                          \
   X(OdDbLinetypeTable)                                                                             \
   X(OdDbLinetypeTableRecord)                                                                       \
+  X(OdDbTextStyleTable)                                                                            \
+  X(OdDbTextStyleTableRecord)                                                                      \
   X(OdDbBlockTable)                                                                                \
   X(OdDbBlockTableRecord)
 
@@ -121,6 +126,8 @@ void odUninitialize() {
 
 OdRxClass* oddbDwgClassMapDesc(OdUInt16 dwgType) {
   switch (dwgType) {
+  case 1:
+    return OdDbText::desc();
   case 17:
     return OdDbArc::desc();
   case 19:

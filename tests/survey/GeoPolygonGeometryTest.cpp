@@ -8,7 +8,7 @@
 
 namespace {
 
-using geotest::samePoint;
+using polygontest::samePoint;
 
 TEST(GeoPolygonGeometry, StepAngleIsAFullTurnOverTheSides) {
   struct Case {

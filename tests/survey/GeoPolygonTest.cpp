@@ -16,7 +16,7 @@
 
 namespace {
 
-using geotest::samePoint;
+using polygontest::samePoint;
 
 const OdGePoint3d kCenter(10, 20, 0);
 
@@ -40,8 +40,8 @@ OdDbGeoPolygonPtr exactPolygon() {
   OdDbGeoPolygonPtr polygon = OdDbGeoPolygon::createObject();
   polygon->init(OdGePoint3d::kOrigin, 3);
   polygon->setValue(OdGePoint3d::kOrigin);
-  geotest::moveGrips(polygon, {1}, OdGeVector3d(4, 0, 0));
-  geotest::moveGrips(polygon, {2}, OdGeVector3d(0, 4, 0));
+  polygontest::moveGrips(polygon, {1}, OdGeVector3d(4, 0, 0));
+  polygontest::moveGrips(polygon, {2}, OdGeVector3d(0, 4, 0));
   polygon->transformBy(OdGeMatrix3d::translation(OdGeVector3d(1, 2, 0)));
   return polygon;
 }
@@ -164,7 +164,7 @@ TEST(GeoPolygon, MoreSidesThanVerticesDrawNothingAndHaveNoArea) {
   EXPECT_THROW(p->getPts(), OdError_InvalidIndex);
   OdDbGripDataPtrArray grips;
   EXPECT_THROW(p->getGripPoints(grips, 1.0, 5, OdGeVector3d::kZAxis, 0), OdError_InvalidIndex);
-  EXPECT_THROW(geotest::moveGrips(p, {5}, OdGeVector3d(1, 0, 0)), OdError_InvalidIndex);
+  EXPECT_THROW(polygontest::moveGrips(p, {5}, OdGeVector3d(1, 0, 0)), OdError_InvalidIndex);
   // Fewer sides than vertices: the first ones count, but the outline is not drawn.
   p->init(kCenter, 3);
   EXPECT_EQ(p->getPts().size(), 3u);
@@ -179,9 +179,9 @@ TEST(GeoPolygon, MoreSidesThanVerticesDrawNothingAndHaveNoArea) {
 TEST(GeoPolygon, DwgRoundTripKeepsCentreStartAndVertices) {
   OdDbGeoPolygonPtr source = newPolygon(6);
   source->setColorIndex(2);
-  geotest::moveGrips(source, {3}, OdGeVector3d(1, 1, 0));
+  polygontest::moveGrips(source, {3}, OdGeVector3d(1, 1, 0));
   OdDbGeoPolygonPtr copy = OdDbGeoPolygon::createObject();
-  ASSERT_EQ(geotest::copyThroughDwg(source, copy), eOk);
+  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
   EXPECT_EQ(copy->GetVertexNub(), 6.0);
   EXPECT_TRUE(copy->getVertexList() == source->getVertexList());
   EXPECT_TRUE(samePoint(copy->getCenterPt(), kCenter));
@@ -193,12 +193,12 @@ TEST(GeoPolygon, DwgWritesNoMoreVerticesThanBothTheListAndTheSideCountHold) {
   OdDbGeoPolygonPtr source = newPolygon(4);
   source->init(kCenter, 6);
   OdDbGeoPolygonPtr copy = OdDbGeoPolygon::createObject();
-  ASSERT_EQ(geotest::copyThroughDwg(source, copy), eOk);
+  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
   EXPECT_EQ(copy->GetVertexNub(), 4.0);
   EXPECT_EQ(copy->getPts().size(), 4u);
 
   source->init(kCenter, 2);
-  ASSERT_EQ(geotest::copyThroughDwg(source, copy), eOk);
+  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
   EXPECT_EQ(copy->GetVertexNub(), 2.0);
   EXPECT_EQ(copy->getVertexList().size(), 2u);
 }
@@ -206,14 +206,14 @@ TEST(GeoPolygon, DwgWritesNoMoreVerticesThanBothTheListAndTheSideCountHold) {
 TEST(GeoPolygon, DwgRecordMatchesTheStoredReference) {
   // 56 bits of entity data, BS version 1, BS count 3, then as 3BD the centre (1,2,0), the
   // start vertex (0,0,0) and the vertices (1,2,0), (5,2,0), (1,6,0).
-  EXPECT_EQ(geotest::dwgHex(exactPolygon()),
+  EXPECT_EQ(polygontest::dwgHex(exactPolygon()),
             "8000100c00061d40"
             "50340000000000000040aa4000000000000004080000000000001440000000000000001024000000"
             "000000184080/426");
 }
 
 /// Entity data (colour 6), then the polygon's fields as given.
-void writeRecord(geotest::Filer& filer, OdInt16 version, OdInt16 count, int pointsAfter) {
+void writeRecord(polygontest::Filer& filer, OdInt16 version, OdInt16 count, int pointsAfter) {
   OdDbGeoPolygonPtr base = OdDbGeoPolygon::createObject();
   base->setColorIndex(6);
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
@@ -234,7 +234,7 @@ TEST(GeoPolygon, ReadsOnlyVersionOne) {
   } cases[] = {{1, eOk}, {0, 1}, {-1, 1}, {2, 1}, {32767, 1}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.version);
-    geotest::Filer filer;
+    polygontest::Filer filer;
     writeRecord(filer, c.version, 3, 3);
     OdDbGeoPolygonPtr target = newPolygon(5);
     EXPECT_EQ(static_cast<int>(target->dwgInFields(&filer)), c.expected);
@@ -251,7 +251,7 @@ TEST(GeoPolygon, VertexCountsTheStreamCannotHoldAreRefusedBeforeReading) {
   } cases[] = {{32767, 2, false}, {4, 3, false}, {3, 3, true}, {0, 0, true}, {-7, 0, true}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.count);
-    geotest::Filer filer;
+    polygontest::Filer filer;
     writeRecord(filer, 1, c.count, c.pointsAfter);
     OdDbGeoPolygonPtr target = newPolygon(5);
     const OdResult result = target->dwgInFields(&filer);
@@ -271,13 +271,13 @@ TEST(GeoPolygon, VertexCountsTheStreamCannotHoldAreRefusedBeforeReading) {
 
 TEST(GeoPolygon, StreamCutShortAtAnyByteIsAnErrorAndLeavesThePolygonUsable) {
   OdDbGeoPolygonPtr source = newPolygon(6);
-  geotest::Filer writer;
+  polygontest::Filer writer;
   writer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   source->dwgOutFields(&writer);
   for (unsigned int bytes = 0; bytes < writer.dataBuffer().size(); ++bytes) {
     SCOPED_TRACE(bytes);
-    geotest::Filer reader;
-    geotest::openCut(writer, bytes, reader);
+    polygontest::Filer reader;
+    polygontest::openCut(writer, bytes, reader);
     OdDbGeoPolygonPtr target = newPolygon(3);
     EXPECT_NE(target->dwgInFields(&reader), eOk);
     EXPECT_EQ(target->GetVertexNub(), 3.0);
@@ -333,14 +333,14 @@ TEST(GeoPolygon, TransformLeavesStartAndRadiusForTheNextRebuild) {
 
 TEST(GeoPolygon, GripsAreTheVerticesThenTheCentre) {
   OdDbGeoPolygonPtr p = newPolygon(6);
-  const OdDbGripDataPtrArray grips = geotest::gripsOf(p);
+  const OdDbGripDataPtrArray grips = polygontest::gripsOf(p);
   ASSERT_EQ(grips.size(), 7u);
   for (unsigned int i = 0; i < 6; ++i) {
     EXPECT_TRUE(samePoint(grips[i]->gripPoint(), regularVertex(6, i)));
-    EXPECT_EQ(geotest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
+    EXPECT_EQ(polygontest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
   }
   EXPECT_TRUE(samePoint(grips[6]->gripPoint(), kCenter));
-  EXPECT_EQ(geotest::gripIndex(grips[6]), 6);
+  EXPECT_EQ(polygontest::gripIndex(grips[6]), 6);
 }
 
 TEST(GeoPolygon, DraggingAVertexMovesItAloneAndTheCentreGripMovesEverything) {
@@ -349,7 +349,7 @@ TEST(GeoPolygon, DraggingAVertexMovesItAloneAndTheCentreGripMovesEverything) {
     SCOPED_TRACE(sides);
     OdDbGeoPolygonPtr p = newPolygon(sides);
     const OdGePoint3d start = p->getStartPt();
-    ASSERT_EQ(geotest::moveGrips(p, {1}, v), eOk);
+    ASSERT_EQ(polygontest::moveGrips(p, {1}, v), eOk);
     std::vector<OdGePoint3d> expected;
     for (int i = 0; i < sides; ++i)
       expected.push_back(regularVertex(sides, i) + (i == 1 ? v : OdGeVector3d()));
@@ -357,7 +357,7 @@ TEST(GeoPolygon, DraggingAVertexMovesItAloneAndTheCentreGripMovesEverything) {
     EXPECT_TRUE(samePoint(p->getCenterPt(), kCenter));
     EXPECT_TRUE(samePoint(p->getStartPt(), start));
 
-    ASSERT_EQ(geotest::moveGrips(p, {sides}, v), eOk);
+    ASSERT_EQ(polygontest::moveGrips(p, {sides}, v), eOk);
     for (OdGePoint3d& point : expected)
       point += v;
     expectPoints(p->getPts(), expected);
@@ -409,10 +409,10 @@ TEST(GeoPolygon, GsMarkerSnapsUseTheSideFromItsSecondVertexToTheOrigin) {
     SCOPED_TRACE(k);
     // Required: the side's line runs from V(k mod n) to the origin, not from V(k-1).
     const OdGePoint3d second = regularVertex(6, k % 6);
-    expectPoints(geotest::snapsOf(p, OdDb::kOsModeEnd, k), {second, OdGePoint3d::kOrigin});
-    expectPoints(geotest::snapsOf(p, OdDb::kOsModeMid, k),
+    expectPoints(polygontest::snapsOf(p, OdDb::kOsModeEnd, k), {second, OdGePoint3d::kOrigin});
+    expectPoints(polygontest::snapsOf(p, OdDb::kOsModeMid, k),
                  {OdGePoint3d(second.x / 2, second.y / 2, second.z / 2)});
-    EXPECT_TRUE(geotest::snapsOf(p, OdDb::kOsModeCen, k).isEmpty());
+    EXPECT_TRUE(polygontest::snapsOf(p, OdDb::kOsModeCen, k).isEmpty());
   }
 }
 
@@ -420,10 +420,10 @@ TEST(GeoPolygon, SnapsWithoutASideAreThoseOfAllSidesWithTheCentreFirst) {
   OdDbGeoPolygonPtr p = newPolygon(3);
   for (OdGsMarker marker : {OdGsMarker(0), OdGsMarker(4), OdGsMarker(-1)}) {
     SCOPED_TRACE(marker);
-    expectPoints(geotest::snapsOf(p, OdDb::kOsModeEnd, marker),
+    expectPoints(polygontest::snapsOf(p, OdDb::kOsModeEnd, marker),
                  {regularVertex(3, 0), regularVertex(3, 1), regularVertex(3, 1),
                   regularVertex(3, 2), regularVertex(3, 2), regularVertex(3, 0)});
-    expectPoints(geotest::snapsOf(p, OdDb::kOsModeCen, marker), {kCenter});
+    expectPoints(polygontest::snapsOf(p, OdDb::kOsModeCen, marker), {kCenter});
   }
 }
 

@@ -13,7 +13,7 @@
 #include <cstdio>
 #include <string>
 
-namespace geotest {
+namespace polygontest {
 
 typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
 
@@ -88,6 +88,6 @@ inline ::testing::AssertionResult samePoint(const OdGePoint3d& actual, const OdG
          << ", " << expected.y << ", " << expected.z << ")";
 }
 
-} // namespace geotest
+} // namespace polygontest
 
 #endif

@@ -9,7 +9,7 @@
 namespace {
 
 using custents::TriangleCorners;
-using geotest::samePoint;
+using polygontest::samePoint;
 
 TEST(GeoTriangleGeometry, EquilateralTriangleKeepsThroughPointLastAndTurnsTheOthersByThirds) {
   struct Case {

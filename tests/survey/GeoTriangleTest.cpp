@@ -14,7 +14,7 @@
 
 namespace {
 
-using geotest::samePoint;
+using polygontest::samePoint;
 
 const OdGePoint3d kA(0, 0, 0), kB(6, 0, 0), kC(0, 3, 0);
 
@@ -92,7 +92,7 @@ TEST(GeoTriangle, DwgRoundTripKeepsEveryField) {
   source->setColorIndex(3);
   source->transformBy(OdGeMatrix3d::translation(OdGeVector3d(1, 1, 0))); // handle stays behind
   OdDbGeoTrianglePtr copy = OdDbGeoTriangle::createObject();
-  ASSERT_EQ(geotest::copyThroughDwg(source, copy), eOk);
+  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
   expectVertices(copy, {2, 3, 3}, {-3, 6.5, 0}, {8, -7, 0.25});
   EXPECT_TRUE(samePoint(copy->getCenterPt(), source->getCenterPt()));
   EXPECT_TRUE(samePoint(copy->getRotatePt(), source->getRotatePt()));
@@ -103,8 +103,8 @@ TEST(GeoTriangle, DwgRecordMatchesTheStoredReference) {
   // 56 bits of entity data, then BS 1 and, as 3BD, V0 (0,0,0), V1 (3,0,0), V2 (0,3,0), the
   // centroid (1,1,0) and the handle (1,51,0).
   OdDbGeoTrianglePtr t = newTriangle({0, 0, 0}, {3, 0, 0}, {0, 3, 0});
-  EXPECT_EQ(geotest::dwgHex(t), "8000100c00061d40"
-                                "6a00000000000002102a000000000000021025900000000002012502/288");
+  EXPECT_EQ(polygontest::dwgHex(t), "8000100c00061d40"
+                                    "6a00000000000002102a000000000000021025900000000002012502/288");
 }
 
 TEST(GeoTriangle, ReadsOlderAndCurrentVersionsAndRefusesNewerOnes) {
@@ -116,7 +116,7 @@ TEST(GeoTriangle, ReadsOlderAndCurrentVersionsAndRefusesNewerOnes) {
     SCOPED_TRACE(c.version);
     OdDbGeoTrianglePtr source = newTriangle({1, 1, 0}, {4, 1, 0}, {1, 5, 0});
     source->setColorIndex(6);
-    geotest::Filer filer;
+    polygontest::Filer filer;
     filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
     source->OdDbEntity::dwgOutFields(&filer);
     filer.wrInt16(c.version);
@@ -137,13 +137,13 @@ TEST(GeoTriangle, ReadsOlderAndCurrentVersionsAndRefusesNewerOnes) {
 
 TEST(GeoTriangle, StreamCutShortAtAnyByteIsAnErrorAndLeavesTheTriangleUsable) {
   OdDbGeoTrianglePtr source = newTriangle({1.5, 2, 0}, {4, 1, 0}, {1, 5.25, 0});
-  geotest::Filer writer;
+  polygontest::Filer writer;
   writer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   source->dwgOutFields(&writer);
   for (unsigned int bytes = 0; bytes < writer.dataBuffer().size(); ++bytes) {
     SCOPED_TRACE(bytes);
-    geotest::Filer reader;
-    geotest::openCut(writer, bytes, reader);
+    polygontest::Filer reader;
+    polygontest::openCut(writer, bytes, reader);
     OdDbGeoTrianglePtr target = newTriangle();
     EXPECT_NE(target->dwgInFields(&reader), eOk);
     expectVertices(target, kA, kB, kC);
@@ -192,7 +192,7 @@ TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroid) {
   const OdGePoint3d expected[] = {kA, kB, kC, {2, 1, 0}};
   for (unsigned int i = 0; i < 4; ++i) {
     EXPECT_TRUE(samePoint(grips[i + 1]->gripPoint(), expected[i]));
-    EXPECT_EQ(geotest::gripIndex(grips[i + 1]), static_cast<OdIntPtr>(i));
+    EXPECT_EQ(polygontest::gripIndex(grips[i + 1]), static_cast<OdIntPtr>(i));
     EXPECT_EQ(grips[i + 1]->worldDraw(), nullptr);
   }
 }
@@ -211,7 +211,7 @@ TEST(GeoTriangle, MovingGripsMovesVerticesAndTheCentroidFollows) {
   for (const Case& c : cases) {
     OdDbGeoTrianglePtr t = newTriangle();
     const OdGePoint3d handle = t->getRotatePt();
-    ASSERT_EQ(geotest::moveGrips(t, c.grips, v), eOk);
+    ASSERT_EQ(polygontest::moveGrips(t, c.grips, v), eOk);
     expectVertices(t, c.a, c.b, c.c);
     EXPECT_TRUE(samePoint(t->getCenterPt(), (c.a + c.b.asVector() + c.c.asVector()) / 3.0));
     EXPECT_TRUE(samePoint(t->getRotatePt(), handle));
@@ -264,13 +264,13 @@ TEST(GeoTriangle, ExplodesIntoThreeLinesWithItsProperties) {
 
 TEST(GeoTriangle, SnapsAreThoseOfItsLinesAndTheCentroidComesLast) {
   OdDbGeoTrianglePtr t = newTriangle();
-  const OdGePoint3dArray ends = geotest::snapsOf(t, OdDb::kOsModeEnd);
+  const OdGePoint3dArray ends = polygontest::snapsOf(t, OdDb::kOsModeEnd);
   const OdGePoint3d expectedEnds[] = {kA, kB, kB, kC, kC, kA};
   ASSERT_EQ(ends.size(), 6u);
   for (unsigned int i = 0; i < 6; ++i)
     EXPECT_TRUE(samePoint(ends[i], expectedEnds[i])) << i;
 
-  const OdGePoint3dArray mids = geotest::snapsOf(t, OdDb::kOsModeMid);
+  const OdGePoint3dArray mids = polygontest::snapsOf(t, OdDb::kOsModeMid);
   ASSERT_EQ(mids.size(), 3u);
   EXPECT_TRUE(samePoint(mids[1], OdGePoint3d(3, 1.5, 0)));
 

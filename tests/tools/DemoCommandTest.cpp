@@ -153,8 +153,8 @@ TEST_F(SampleDrawingTest, RecordsOfUnknownClassesAndWrongLayoutsAreRefused) {
   EXPECT_THROW(createFromRecord(db.get(), unknown, 1), std::runtime_error);
 
   // A rectangle record claiming a newer version is refused by the class's reader.
-  EntityRecord newer = rectangleRecord(rectangleFromDiagonal(OdGePoint3d(0, 0, 0),
-                                                             OdGePoint3d(1, 1, 0)));
+  EntityRecord newer =
+      rectangleRecord(rectangleFromDiagonal(OdGePoint3d(0, 0, 0), OdGePoint3d(1, 1, 0)));
   newer.writeFields = [](OdDbDwgFiler& filer) { filer.wrInt16(2); };
   EXPECT_THROW(createFromRecord(db.get(), newer, 1), OdError);
 
@@ -170,8 +170,8 @@ TEST_F(SampleDrawingTest, RecordsOfUnknownClassesAndWrongLayoutsAreRefused) {
 
 TEST_F(SampleDrawingTest, DraggingAPolygonVertexMovesThatVertexAlone) {
   OdDbDatabasePtr db = OdDbDatabase::createObject();
-  OdDbEntityPtr polygon = createFromRecord(
-      db.get(), polygonRecord(OdGePoint3d(0, 0, 0), OdGePoint3d(10, 0, 0), 6), 1);
+  OdDbEntityPtr polygon =
+      createFromRecord(db.get(), polygonRecord(OdGePoint3d(0, 0, 0), OdGePoint3d(10, 0, 0), 6), 1);
   OdGePoint3dArray before;
   ASSERT_EQ(polygon->getStretchPoints(before), eOk);
   ASSERT_EQ(before.size(), 6u);
@@ -213,10 +213,10 @@ TEST_F(SampleDrawingTest, SampleDrawingHoldsEveryShapeKind) {
     counts = countEntitiesByClass(modelSpaceEntities(db.get()));
   }
   const std::vector<std::pair<std::string, std::size_t>> expected = {
-      {"OdDbGeoRect", 4},    {"OdDbGeo3dRect", 1}, {"OdDbGeoTriangle", 2},
-      {"OdDbHatch", 2},      {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4}};
-  std::set<std::pair<std::string, std::size_t>> actual(counts.begin(), counts.end());
-  EXPECT_EQ(actual, std::set<std::pair<std::string, std::size_t>>(expected.begin(), expected.end()));
+      {"OdDbGeoRect", 4}, {"OdDbGeo3dRect", 1},  {"OdDbGeoTriangle", 2},
+      {"OdDbHatch", 2},   {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4}};
+  using CountSet = std::set<std::pair<std::string, std::size_t>>;
+  EXPECT_EQ(CountSet(counts.begin(), counts.end()), CountSet(expected.begin(), expected.end()));
   EXPECT_EQ(counts.size(), expected.size()) << "a class listed twice";
 }
 
@@ -269,8 +269,8 @@ TEST(DemoCommand, PictureShowsEveryShapeInItsColourAndTheSolidFill) {
     if (cls == "OdDbMesuarData") {
       // The measurement data is invisible: nothing in its colour.
       EXPECT_EQ(svg.find(hex), std::string::npos);
-    } else if (cls == "OdDbHatch" && colorRow["valueText"].GetString() ==
-                                         std::string("0xC2FFC850 RGB(255,200,80)")) {
+    } else if (cls == "OdDbHatch" &&
+               colorRow["valueText"].GetString() == std::string("0xC2FFC850 RGB(255,200,80)")) {
       EXPECT_NE(svg.find(std::string("fill=\"") + hex + "\""), std::string::npos);
     } else {
       ++shapes;
@@ -288,8 +288,7 @@ TEST(DemoCommand, FailuresExitOneWithTheCause) {
 
   const ToolRun blocked = runCustents({"demo", "--out", file + "/sub"});
   EXPECT_EQ(blocked.exitCode, 1);
-  EXPECT_NE(blocked.err.find("cannot create the output folder"), std::string::npos)
-      << blocked.err;
+  EXPECT_NE(blocked.err.find("cannot create the output folder"), std::string::npos) << blocked.err;
 
   const ToolRun noModule = runCustents({"demo", "--out", dir, "--module", dir + "/none.tx"});
   EXPECT_EQ(noModule.exitCode, 1);

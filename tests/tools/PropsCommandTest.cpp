@@ -146,7 +146,8 @@ TEST_F(PropsJson, TriangleAndPolygonPagesReportTheirMeasures) {
   EXPECT_EQ(str((*triangles[0])["name"]), "三角形");
   const double side = equilateral["周长"] / 3.0;
   EXPECT_NEAR(equilateral["面积"], std::sqrt(3.0) / 4.0 * side * side, 1e-6);
-  std::map<std::string, double> other = geometryRows(*triangles[1], {"周长", "面积"}, {false, false});
+  std::map<std::string, double> other =
+      geometryRows(*triangles[1], {"周长", "面积"}, {false, false});
   EXPECT_GT(other["面积"], 0.0);
 
   const std::vector<const rapidjson::Value*> polygons = pagesOf("OdDbGeoPolygon");
@@ -192,8 +193,8 @@ TEST(PropsCommand, TextOutputShowsEveryEntityAndItsRows) {
   pages.Parse(json.out.c_str(), json.out.size());
   ASSERT_TRUE(pages.IsArray());
   for (const auto& page : pages.GetArray()) {
-    const std::string heading = str(page["class"]) + "  handle " + str(page["handle"]) + "  " +
-                                str(page["name"]);
+    const std::string heading =
+        str(page["class"]) + "  handle " + str(page["handle"]) + "  " + str(page["name"]);
     EXPECT_NE(text.out.find(heading), std::string::npos) << heading;
   }
   for (const char* label : {"长", "宽", "周长", "面积", "角度", "边数", "ACI 1", "修改矩形的长"})
@@ -227,9 +228,9 @@ TEST(PropertyValues, ColoursShowTheirPackedValueAndMeaning) {
     OdUInt32 packed;
     const char* text;
   } cases[] = {
-      {0xC0000100u, "0xC0000100 ByLayer"}, {0xC1000000u, "0xC1000000 ByBlock"},
-      {0xC3000005u, "0xC3000005 ACI 5"},   {0xC2FFC850u, "0xC2FFC850 RGB(255,200,80)"},
-      {0xC5000007u, "0xC5000007 Foreground"}, {0xC8000000u, "0xC8000000 None"},
+      {0xC0000100u, "0xC0000100 ByLayer"},      {0xC1000000u, "0xC1000000 ByBlock"},
+      {0xC3000005u, "0xC3000005 ACI 5"},        {0xC2FFC850u, "0xC2FFC850 RGB(255,200,80)"},
+      {0xC5000007u, "0xC5000007 Foreground"},   {0xC8000000u, "0xC8000000 None"},
       {0x12345678u, "0x12345678 not a colour"},
   };
   for (const auto& c : cases)

@@ -74,6 +74,8 @@ int runDemo(const DemoOptions& options) {
   custents::render::RenderOptions render;
   render.width = options.width;
   render.height = options.height;
+  // Lines a little heavier than a hairline read better in a picture looked at as a whole.
+  render.lineWidth = 2.0;
   const std::string problem = render.validate();
   if (!problem.empty())
     throw std::invalid_argument("cannot make a " + std::to_string(options.width) + " x " +

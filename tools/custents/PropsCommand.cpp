@@ -14,6 +14,7 @@
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -67,8 +68,7 @@ std::string colorMeaning(OdUInt32 packed) {
   return "not a colour";
 }
 
-template <class Array, class Format>
-std::string joinArray(const Array& values, Format format) {
+template <class Array, class Format> std::string joinArray(const Array& values, Format format) {
   std::string text = "[";
   for (typename Array::size_type i = 0; i < values.size(); ++i) {
     if (i > 0)
@@ -123,8 +123,8 @@ void readPage(PropertyPE& extension, OdDbEntity* entity, EntityPage& page) {
   for (int g = 0; g < groupCount; ++g) {
     const entityProperty header = extension.getPropertyByeId(entity, g);
     if (header.count > kMaxRowsPerGroup) {
-      page.error = "group " + std::to_string(g) + " claims " + std::to_string(header.count) +
-                   " rows";
+      page.error =
+          "group " + std::to_string(g) + " claims " + std::to_string(header.count) + " rows";
       return;
     }
     PropertyGroup group;
@@ -209,16 +209,31 @@ std::string formatDouble(double value) {
     return "nan";
   if (std::isinf(value))
     return value > 0 ? "inf" : "-inf";
-  char text[32];
-  for (int precision = 1; precision <= 17; ++precision) {
+  char text[400];
+  int precision = 1;
+  for (; precision < 17; ++precision) {
     std::snprintf(text, sizeof text, "%.*g", precision, value);
     if (std::strtod(text, nullptr) == value)
       break;
   }
+  // %g turns 120 into 1.2e+02 at two digits; lengths and areas read better written out, so
+  // plain notation is used wherever it stays short.
+  const double magnitude = std::fabs(value);
+  if (value == 0.0 || magnitude < 1e-5 || magnitude >= 1e15) {
+    std::snprintf(text, sizeof text, "%.*g", precision, value);
+    return text;
+  }
+  const int exponent = static_cast<int>(std::floor(std::log10(magnitude)));
+  const int decimals = std::max(0, precision - 1 - exponent);
+  std::snprintf(text, sizeof text, "%.*f", decimals, value);
+  if (std::strtod(text, nullptr) != value)
+    std::snprintf(text, sizeof text, "%.17g", value);
   return text;
 }
 
-std::string describeColor(OdUInt32 packed) { return hex32(packed) + " " + colorMeaning(packed); }
+std::string describeColor(OdUInt32 packed) {
+  return hex32(packed) + " " + colorMeaning(packed);
+}
 
 PropertyValue describePropertyValue(const OdVariant& value, int editorKind) {
   PropertyValue described;
@@ -400,8 +415,8 @@ void printPropertyPagesJson(const std::vector<EntityPage>& pages, std::ostream& 
 
 Command addPropsCommand(CLI::App& app) {
   auto options = std::make_shared<PropsOptions>();
-  CLI::App* sub = app.add_subcommand(
-      "props", "Print the property page of every entity of the sample drawing");
+  CLI::App* sub =
+      app.add_subcommand("props", "Print the property page of every entity of the sample drawing");
   sub->add_option("--module", options->modulePath,
                   "Module file to load (default: CustEnts.tx beside this program)");
   sub->add_flag("--json", options->json, "Write a JSON array instead of tables");

@@ -34,7 +34,9 @@ OdGePoint3d rotateHandleAbove(const OdGePoint3d& center) {
   return OdGePoint3d(center.x, center.y + kRotateHandleRise, center.z);
 }
 
-std::string utf8(const OdString& text) { return text.toUtf8(); }
+std::string utf8(const OdString& text) {
+  return text.toUtf8();
+}
 
 /// The property extension that the entity's class (or its nearest ancestor) carries.
 PropertyPEPtr propertyExtensionOf(const OdDbEntity* entity) {
@@ -70,8 +72,7 @@ RectangleShape rectangleFromDiagonal(const OdGePoint3d& p1, const OdGePoint3d& p
   return shape;
 }
 
-TriangleShape triangleThrough(const OdGePoint3d& v0, const OdGePoint3d& v1,
-                              const OdGePoint3d& v2) {
+TriangleShape triangleThrough(const OdGePoint3d& v0, const OdGePoint3d& v1, const OdGePoint3d& v2) {
   const OdGeVector3d a = v1 - v0;
   const OdGeVector3d b = v2 - v0;
   const double twiceArea = a.crossProduct(b).length();
@@ -177,7 +178,8 @@ OdDbEntityPtr createFromRecord(OdDbDatabase* database, const EntityRecord& recor
   const std::string name = utf8(record.className);
   OdRxClass* cls = odrxGetClass(record.className);
   if (!cls)
-    throw std::runtime_error("class " + name + " is not registered (is the CustEnts module loaded?)");
+    throw std::runtime_error("class " + name +
+                             " is not registered (is the CustEnts module loaded?)");
   const OdRxObjectPtr object = cls->create();
   OdDbEntityPtr entity = OdDbEntity::cast(object.get());
   if (entity.isNull())
@@ -220,8 +222,7 @@ void dragGrip(OdDbEntity* entity, const OdGePoint3d& gripPoint, const OdGeVector
   }
   OdDbVoidPtrArray picked;
   picked.append(grips[nearest]->appData());
-  const OdResult moved =
-      entity->moveGripPointsAt(picked, offset, OdDbGripOperations::kDragging);
+  const OdResult moved = entity->moveGripPointsAt(picked, offset, OdDbGripOperations::kDragging);
   if (moved != eOk)
     throw OdError(moved, entity->isA()->name() + OD_T(" refused to move its grip"));
 }
@@ -262,7 +263,8 @@ void addSampleEntities(OdDbDatabase* database) {
   // well inside its cell. Top row: the rectangles.
   {
     // Drawn 100 long, then made 120 long from the property grid.
-    OdDbEntityPtr rect = add(rectangleRecord(rectangleFromDiagonal(point(0, 320), point(100, 390))), 1);
+    OdDbEntityPtr rect =
+        add(rectangleRecord(rectangleFromDiagonal(point(0, 320), point(100, 390))), 1);
     setPropertyText(rect.get(), OD_T("长"), OD_T("120"));
   }
   {
@@ -275,9 +277,10 @@ void addSampleEntities(OdDbDatabase* database) {
   // rectangle can show.
   add(rectangleRecord(rectangleFromDiagonal(point(340, 320), point(440, 390))), 94);
   {
-    OdDbEntityPtr rect = add(rectangleRecord(rectangleFromDiagonal(point(500, 320), point(600, 390)),
-                                             RectangleKind::kThreeD),
-                             6);
+    OdDbEntityPtr rect =
+        add(rectangleRecord(rectangleFromDiagonal(point(500, 320), point(600, 390)),
+                            RectangleKind::kThreeD),
+            6);
     rect->transformBy(
         OdGeMatrix3d::rotation(kPi / 3.0, OdGeVector3d(1.0, 1.0, 0.0).normal(), point(550, 355)));
   }
@@ -288,8 +291,8 @@ void addSampleEntities(OdDbDatabase* database) {
     const TriangleShape shape = triangleThrough(point(170, 165), point(290, 175), point(215, 260));
     OdDbEntityPtr triangle = createFromRecord(database, triangleRecord(shape), 152);
     double unitRatio = 1.0;
-    OdDbHatchPtr hatch =
-        shapeExtensionOf(triangle.get())->FillPattern(triangle, OD_T("ANSI31"), 2.0, 0.0, unitRatio);
+    OdDbHatchPtr hatch = shapeExtensionOf(triangle.get())
+                             ->FillPattern(triangle, OD_T("ANSI31"), 2.0, 0.0, unitRatio);
     if (hatch.isNull())
       throw std::runtime_error("the triangle's shape extension made no pattern fill");
     hatch->setColorIndex(152);
@@ -312,7 +315,7 @@ void addSampleEntities(OdDbDatabase* database) {
 
   // Bottom row: regular polygons of 3, 6 and 12 sides, and a hexagon with one vertex dragged
   // out, which leaves its centre and the other vertices where they were.
-  add(polygonRecord(point(60, 55), point(60, 110), 3), 202);
+  add(polygonRecord(point(60, 55), point(115, 55), 3), 202);
   add(polygonRecord(point(230, 55), point(285, 55), 6), 134);
   add(polygonRecord(point(390, 55), point(445, 55), 12), 232);
   {
@@ -328,8 +331,8 @@ OdDbDatabasePtr buildSampleDrawing() {
 }
 
 std::vector<OdDbEntityPtr> modelSpaceEntities(OdDbDatabase* database) {
-  const OdDbBlockTableRecordPtr modelSpace = OdDbBlockTableRecord::cast(
-      database->getModelSpaceId().safeOpenObject(OdDb::kForRead).get());
+  const OdDbBlockTableRecordPtr modelSpace =
+      OdDbBlockTableRecord::cast(database->getModelSpaceId().safeOpenObject(OdDb::kForRead).get());
   std::vector<OdDbEntityPtr> entities;
   for (const OdDbObjectId& id : modelSpace->entityIds()) {
     OdDbEntityPtr entity = OdDbEntity::cast(id.safeOpenObject(OdDb::kForRead).get());

@@ -38,8 +38,8 @@ public:
   typedef std::function<double(const OdString& text, double height, double widthFactor)>
       TextWidthFunction;
 
-  /// The default text width: every UTF-16 code unit advances 0.8 x height x width factor,
-  /// a deterministic stand-in for callers that have no font metrics at hand.
+  /// The default text width: the platform's text-metrics service (GiTextMetrics.h), so that
+  /// extents agree with every other layout and follow an application's replacement rule.
   static double defaultTextWidth(const OdString& text, double height, double widthFactor);
 
   /// database is what context()->database() reports to the entities drawn; may be null.

@@ -1,12 +1,13 @@
 #include "Gi/GiExtentsCollector.h"
 
 #include "GiPlaneAxes.h"
+#include "GiTextMetrics.h"
 
 #include <cmath>
 
 double OdGiExtentsCollector::defaultTextWidth(const OdString& text, double height,
                                               double widthFactor) {
-  return 0.8 * height * widthFactor * text.getLength();
+  return odgiTextLineWidth(text, height, widthFactor);
 }
 
 OdGiExtentsCollector::OdGiExtentsCollector(OdDbDatabase* database)

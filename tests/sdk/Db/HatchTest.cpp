@@ -922,18 +922,27 @@ TEST_F(HatchTest, GripsSnapsAndExtents) {
 TEST_F(HatchTest, IntersectionsAreThoseOfTheOutlines) {
   OdDbHatchPtr hatch = OdDbHatch::createObject();
   appendLoop(hatch, kOuter, {{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}});
+  // An island touching the outer loop at (4, 2), where the line also crosses.
+  appendLoop(hatch, kIsland, {{2, 2, 0}, {4, 2, 0}, {3, 3, 0}});
+  hatch->setElevation(1.0);
   OdDbLinePtr line = OdDbLine::createObject();
-  line->setStartPoint(OdGePoint3d(-1, 2, 0));
-  line->setEndPoint(OdGePoint3d(5, 2, 0));
-  OdRxObjectPtrArray outlines;
-  hatch->explode(outlines);
-  OdGePoint3dArray fromOutline, fromHatch;
-  const OdResult expected =
-      OdDbPolyline::cast(outlines[0])->intersectWith(line, OdDb::kOnBothOperands, fromOutline);
-  EXPECT_EQ(expected, hatch->intersectWith(line, OdDb::kOnBothOperands, fromHatch));
-  ASSERT_EQ(fromOutline.size(), fromHatch.size());
-  for (unsigned int i = 0; i < fromOutline.size(); ++i)
-    expectPoint(fromOutline[i], fromHatch[i]);
+  line->setStartPoint(OdGePoint3d(-1, 2, 1));
+  line->setEndPoint(OdGePoint3d(5, 2, 1));
+
+  OdGePoint3dArray points;
+  ASSERT_EQ(eOk, hatch->intersectWith(line, OdDb::kOnBothOperands, points));
+  std::sort(points.begin(), points.end(),
+            [](const OdGePoint3d& a, const OdGePoint3d& b) { return a.x < b.x; });
+  // The island's edge along the line overlaps it from (2, 2) to (4, 2).
+  ASSERT_EQ(3u, points.size());
+  expectPoint(OdGePoint3d(0, 2, 1), points[0]);
+  expectPoint(OdGePoint3d(2, 2, 1), points[1]);
+  expectPoint(OdGePoint3d(4, 2, 1), points[2]);
+
+  // Another entity finds the same points through the hatch's outlines.
+  OdGePoint3dArray fromLine;
+  ASSERT_EQ(eOk, line->intersectWith(hatch, OdDb::kOnBothOperands, fromLine));
+  EXPECT_EQ(3u, fromLine.size());
 }
 
 } // namespace

@@ -1,0 +1,997 @@
+#include "Gi/GiProxyGraphicsWriter.h"
+
+#include "DbDatabase.h"
+#include "DbEntity.h"
+#include "DbLayerTable.h"
+#include "DbLinetypeTable.h"
+#include "Ge/GeMatrix3d.h"
+#include "Ge/GeScale3d.h"
+#include "Gi/GiExtentsCollector.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace proxy_graphics_writer_test {
+
+typedef OdGiProxyGraphicsWriter Writer;
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+const double kInf = std::numeric_limits<double>::infinity();
+
+// ---------------------------------------------------------------------------------------------
+// Reading and building metafile bytes.
+
+OdUInt32 u32At(const std::vector<OdUInt8>& bytes, std::size_t at) {
+  OdUInt32 value = 0;
+  for (int i = 3; i >= 0; --i)
+    value = (value << 8) | bytes.at(at + i);
+  return value;
+}
+
+double f64At(const std::vector<OdUInt8>& bytes, std::size_t at) {
+  const OdUInt64 bits = u32At(bytes, at) | (OdUInt64(u32At(bytes, at + 4)) << 32);
+  double value = 0.0;
+  std::memcpy(&value, &bits, sizeof value);
+  return value;
+}
+
+/// Little-endian bytes as the metafile holds them.
+struct Bytes {
+  std::vector<OdUInt8> b;
+  Bytes& u32(OdUInt32 value) {
+    for (int shift = 0; shift < 32; shift += 8)
+      b.push_back(static_cast<OdUInt8>(value >> shift));
+    return *this;
+  }
+  Bytes& f64(double value) {
+    OdUInt64 bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return u32(static_cast<OdUInt32>(bits)).u32(static_cast<OdUInt32>(bits >> 32));
+  }
+  Bytes& xyz(double x, double y, double z) { return f64(x).f64(y).f64(z); }
+  Bytes& raw(std::initializer_list<OdUInt8> bytes) {
+    b.insert(b.end(), bytes);
+    return *this;
+  }
+};
+
+struct Command {
+  OdUInt32 opcode = 0;
+  std::vector<OdUInt8> payload;
+};
+
+/// Splits a metafile into commands, checking the header and every command's framing.
+std::vector<Command> commandsOf(const OdUInt8Array& data) {
+  std::vector<OdUInt8> bytes(data.begin(), data.end());
+  std::vector<Command> commands;
+  if (bytes.empty())
+    return commands;
+  EXPECT_GE(bytes.size(), 8u);
+  EXPECT_EQ(u32At(bytes, 0), bytes.size()) << "header size";
+  const OdUInt32 count = u32At(bytes, 4);
+  std::size_t at = 8;
+  while (at < bytes.size()) {
+    const OdUInt32 size = u32At(bytes, at);
+    EXPECT_GE(size, 8u);
+    EXPECT_EQ(size % 4, 0u) << "command at " << at << " is not padded to 4";
+    if (size < 8 || at + size > bytes.size()) {
+      ADD_FAILURE() << "command at " << at << " runs past the end";
+      break;
+    }
+    Command command;
+    command.opcode = u32At(bytes, at + 4);
+    command.payload.assign(bytes.begin() + at + 8, bytes.begin() + at + size);
+    commands.push_back(command);
+    at += size;
+  }
+  EXPECT_EQ(count, commands.size()) << "header command count";
+  return commands;
+}
+
+std::vector<OdUInt32> opcodesOf(const OdUInt8Array& data) {
+  std::vector<OdUInt32> opcodes;
+  for (const Command& command : commandsOf(data))
+    opcodes.push_back(command.opcode);
+  return opcodes;
+}
+
+/// The commands after the extents command and the initial colour.
+std::vector<Command> primitivesOf(const Writer& writer) {
+  std::vector<Command> commands = commandsOf(writer.data());
+  std::vector<Command> rest;
+  for (const Command& command : commands) {
+    if (command.opcode != Writer::kExtents && command.opcode != Writer::kColor)
+      rest.push_back(command);
+  }
+  return rest;
+}
+
+OdGeMatrix3d translation(double x, double y, double z) {
+  return OdGeMatrix3d().setToTranslation(OdGeVector3d(x, y, z));
+}
+
+OdGeMatrix3d rotationZ(double angle) {
+  return OdGeMatrix3d().setToRotation(angle, OdGeVector3d::kZAxis);
+}
+
+OdGeMatrix3d scaling(double sx, double sy, double sz) {
+  return OdGeMatrix3d().setToScaling(OdGeScale3d(sx, sy, sz));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Layout of each primitive.
+
+struct LayoutCase {
+  const char* name;
+  std::function<void(Writer&)> draw;
+  OdUInt32 opcode;
+  Bytes payload;
+  /// The payload is all doubles computed by the writer: compared with a tolerance.
+  bool computed = false;
+};
+
+TEST(GiProxyGraphicsWriter, PrimitiveCommandsHaveTheirExactLayout) {
+  const OdGePoint3d square[3] = {{0, 0, 0}, {4, 0, 0}, {4, 3, 0}};
+  const std::vector<LayoutCase> cases = {
+      {"circle", [](Writer& w) { w.circle(OdGePoint3d(1, 2, 3), 4.5, OdGeVector3d::kZAxis); },
+       Writer::kCircle, Bytes().xyz(1, 2, 3).f64(4.5).xyz(0, 0, 1)},
+      {"three-point circle",
+       [](Writer& w) {
+         w.circle(OdGePoint3d(2, 0, 0), OdGePoint3d(0, 2, 0), OdGePoint3d(-2, 0, 0));
+       },
+       Writer::kCircle, Bytes().xyz(0, 0, 0).f64(2).xyz(0, 0, 1), true},
+      {"arc",
+       [](Writer& w) {
+         w.circularArc(OdGePoint3d(1, 1, 0), 2, OdGeVector3d::kZAxis, OdGeVector3d(0, 5, 0),
+                       OdaPI / 2, kOdGiArcChord);
+       },
+       Writer::kCircularArc,
+       Bytes().xyz(1, 1, 0).f64(2).xyz(0, 0, 1).xyz(0, 1, 0).f64(OdaPI / 2).u32(kOdGiArcChord)},
+      {"polyline", [&](Writer& w) { w.polyline(3, square); }, Writer::kPolyline,
+       Bytes().u32(3).xyz(0, 0, 0).xyz(4, 0, 0).xyz(4, 3, 0)},
+      {"polyline with normal",
+       [&](Writer& w) {
+         const OdGeVector3d normal(0, 0, 2);
+         w.polyline(2, square, &normal);
+       },
+       Writer::kPolylineWithNormal, Bytes().u32(2).xyz(0, 0, 0).xyz(4, 0, 0).xyz(0, 0, 1)},
+      {"polygon", [&](Writer& w) { w.polygon(3, square); }, Writer::kPolygon,
+       Bytes().u32(3).xyz(0, 0, 0).xyz(4, 0, 0).xyz(4, 3, 0)},
+      {"xline", [](Writer& w) { w.xline(OdGePoint3d(1, 0, 0), OdGePoint3d(1, 5, 0)); },
+       Writer::kXline, Bytes().xyz(1, 0, 0).xyz(1, 5, 0)},
+      {"ray", [](Writer& w) { w.ray(OdGePoint3d(0, 0, 0), OdGePoint3d(3, 3, 0)); }, Writer::kRay,
+       Bytes().xyz(0, 0, 0).xyz(3, 3, 0)},
+      {"text",
+       [](Writer& w) {
+         w.text(OdGePoint3d(5, 6, 0), OdGeVector3d::kZAxis, OdGeVector3d(0, 2, 0), 2.5, 0.8, 0.25,
+                OdString(u"AB"));
+       },
+       Writer::kUnicodeText,
+       Bytes()
+           .xyz(5, 6, 0)
+           .xyz(0, 0, 1)
+           .xyz(0, 1, 0)
+           .f64(2.5)
+           .f64(0.8)
+           .f64(0.25)
+           .raw({'A', 0, 'B', 0, 0, 0, 0, 0})},
+  };
+  for (const LayoutCase& c : cases) {
+    SCOPED_TRACE(c.name);
+    Writer writer;
+    c.draw(writer);
+    const OdUInt8Array data = writer.data();
+    const std::vector<Command> commands = commandsOf(data);
+    ASSERT_EQ(commands.size(), 3u);
+    EXPECT_EQ(writer.numCommands(), 3u);
+    EXPECT_EQ(u32At(std::vector<OdUInt8>(data.begin(), data.end()), 0),
+              8 + 56 + 12 + 8 + c.payload.b.size());
+    EXPECT_EQ(commands[0].opcode, Writer::kExtents);
+    EXPECT_EQ(commands[0].payload.size(), 48u);
+    // By layer, sent explicitly before the first primitive.
+    EXPECT_EQ(commands[1].opcode, Writer::kColor);
+    EXPECT_EQ(commands[1].payload, Bytes().u32(256).b);
+    EXPECT_EQ(commands[2].opcode, c.opcode);
+    ASSERT_EQ(commands[2].payload.size(), c.payload.b.size());
+    if (!c.computed) {
+      EXPECT_EQ(commands[2].payload, c.payload.b);
+    } else {
+      for (std::size_t at = 0; at < c.payload.b.size(); at += 8)
+        EXPECT_NEAR(f64At(commands[2].payload, at), f64At(c.payload.b, at), 1e-12) << "at " << at;
+    }
+    EXPECT_EQ(writer.skippedPrimitives(), 0u);
+  }
+}
+
+TEST(GiProxyGraphicsWriter, TextStringsEndInTwoNulsPaddedToFourBytes) {
+  const struct {
+    const char16_t* text;
+    std::size_t stringBytes;
+  } cases[] = {{u"", 4}, {u"A", 4}, {u"AB", 8}, {u"ABC", 8}, {u"ABCD", 12}, {u"北坐标", 8}};
+  for (const auto& c : cases) {
+    const OdString text(c.text);
+    SCOPED_TRACE(text.toUtf8());
+    Writer writer;
+    writer.text(OdGePoint3d(), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 1, 1, 0, text);
+    const std::vector<Command> primitives = primitivesOf(writer);
+    ASSERT_EQ(primitives.size(), 1u);
+    const std::vector<OdUInt8>& payload = primitives[0].payload;
+    ASSERT_EQ(payload.size(), 96 + c.stringBytes);
+    for (int i = 0; i < text.getLength(); ++i) {
+      EXPECT_EQ(payload[96 + 2 * i], text.str()[i] & 0xFF);
+      EXPECT_EQ(payload[97 + 2 * i], text.str()[i] >> 8);
+    }
+    for (std::size_t i = 96 + 2 * text.getLength(); i < payload.size(); ++i)
+      EXPECT_EQ(payload[i], 0) << "byte " << i;
+  }
+}
+
+TEST(GiProxyGraphicsWriter, TextEndsAtAnEmbeddedNul) {
+  Writer writer;
+  writer.text(OdGePoint3d(), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 1, 1, 0,
+              OdString(std::u16string(u"AB\0CD", 5)));
+  const std::vector<Command> primitives = primitivesOf(writer);
+  ASSERT_EQ(primitives.size(), 1u);
+  EXPECT_EQ(std::vector<OdUInt8>(primitives[0].payload.begin() + 96, primitives[0].payload.end()),
+            (std::vector<OdUInt8>{'A', 0, 'B', 0, 0, 0, 0, 0}));
+}
+
+TEST(GiProxyGraphicsWriter, NothingDrawnGivesNoMetafile) {
+  Writer writer;
+  EXPECT_TRUE(writer.data().empty());
+  EXPECT_EQ(writer.numCommands(), 0u);
+  writer.setColor(1);
+  writer.polyline(0, nullptr);
+  EXPECT_TRUE(writer.data().empty());
+  EXPECT_EQ(writer.skippedPrimitives(), 1u);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Traits.
+
+TEST(GiProxyGraphicsWriter, ColourIsSentOnlyWhenItChanges) {
+  const OdGePoint3d line[2] = {{0, 0, 0}, {1, 0, 0}};
+  Writer writer;
+  writer.polyline(2, line);
+  writer.polyline(2, line);
+  writer.setColor(1);
+  writer.polyline(2, line);
+  writer.setColor(1);
+  writer.polyline(2, line);
+  writer.setTrueColor(OdCmEntityColor(10, 200, 30));
+  writer.polyline(2, line);
+  writer.setColor(256);
+  writer.polyline(2, line);
+  const std::vector<Command> commands = commandsOf(writer.data());
+  std::vector<OdUInt32> opcodes;
+  for (const Command& command : commands)
+    opcodes.push_back(command.opcode);
+  EXPECT_EQ(opcodes, (std::vector<OdUInt32>{1, 14, 6, 6, 14, 6, 6, 22, 6, 14, 6}));
+  ASSERT_EQ(commands.size(), 11u);
+  EXPECT_EQ(commands[1].payload, Bytes().u32(256).b);
+  EXPECT_EQ(commands[4].payload, Bytes().u32(1).b);
+  EXPECT_EQ(commands[7].payload, Bytes().u32(0xC20AC81Eu).b);
+  EXPECT_EQ(commands[9].payload, Bytes().u32(256).b);
+}
+
+TEST(GiProxyGraphicsWriter, EachColourMethodHasItsCommand) {
+  const struct {
+    const char* name;
+    OdUInt32 packed;
+    OdUInt32 opcode;
+    OdUInt32 value;
+  } cases[] = {
+      {"by layer", 0xC0000100u, Writer::kColor, 256}, {"by block", 0xC1000000u, Writer::kColor, 0},
+      {"ACI", 0xC3000005u, Writer::kColor, 5},        {"RGB", 0xC2123456u, Writer::kTrueColor, 0xC2123456u},
+      {"foreground", 0xC5000000u, Writer::kColor, 7}, {"none", 0xC8000000u, Writer::kColor, 257},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    OdCmEntityColor color;
+    ASSERT_EQ(color.setColor(c.packed), eOk);
+    Writer writer;
+    writer.setTrueColor(color);
+    writer.circle(OdGePoint3d(), 1, OdGeVector3d::kZAxis);
+    const std::vector<Command> commands = commandsOf(writer.data());
+    ASSERT_EQ(commands.size(), 3u);
+    EXPECT_EQ(commands[1].opcode, c.opcode);
+    EXPECT_EQ(commands[1].payload, Bytes().u32(c.value).b);
+  }
+}
+
+TEST(GiProxyGraphicsWriter, LineweightAndLinetypeScaleAreSentOnChange) {
+  const OdGePoint3d line[2] = {{0, 0, 0}, {1, 0, 0}};
+  Writer writer;
+  writer.polyline(2, line); // by layer, scale 1: the reader's defaults, nothing sent
+  writer.setLineWeight(OdDb::kLnWt050);
+  writer.setLineTypeScale(2.5);
+  writer.polyline(2, line);
+  writer.polyline(2, line);
+  writer.setLineWeight(OdDb::kLnWtByBlock);
+  writer.setLineTypeScale(kNaN); // not a scale: the last one stays
+  writer.polyline(2, line);
+  const std::vector<Command> commands = commandsOf(writer.data());
+  std::vector<OdUInt32> opcodes;
+  for (const Command& command : commands)
+    opcodes.push_back(command.opcode);
+  EXPECT_EQ(opcodes, (std::vector<OdUInt32>{1, 14, 6, 23, 24, 6, 6, 23, 6}));
+  ASSERT_EQ(commands.size(), 9u);
+  EXPECT_EQ(commands[3].payload, Bytes().u32(50).b);
+  EXPECT_EQ(commands[4].payload, Bytes().f64(2.5).b);
+  EXPECT_EQ(commands[7].payload, Bytes().u32(static_cast<OdUInt32>(-2)).b);
+}
+
+class ProxyWriterTablesTest : public ::testing::Test {
+protected:
+  void SetUp() override {
+    m_db = OdDbDatabase::createObject();
+    m_defpoints = addLayer(OD_T("Defpoints"));
+    m_survey = addLayer(OD_T("Survey"));
+    OdDbLinetypeTablePtr linetypes = m_db->getLinetypeTableId().safeOpenObject(OdDb::kForWrite);
+    OdDbLinetypeTableRecordPtr dashed = OdDbLinetypeTableRecord::createObject();
+    dashed->setName(OD_T("DASHDOT"));
+    m_dashdot = linetypes->add(dashed);
+  }
+  OdDbObjectId addLayer(const OdString& name) {
+    OdDbLayerTablePtr layers = m_db->getLayerTableId().safeOpenObject(OdDb::kForWrite);
+    OdDbLayerTableRecordPtr record = OdDbLayerTableRecord::createObject();
+    record->setName(name);
+    return layers->add(record);
+  }
+
+  OdDbDatabasePtr m_db;
+  OdDbObjectId m_defpoints, m_survey, m_dashdot;
+};
+
+TEST_F(ProxyWriterTablesTest, LayersAndLinetypesAreNumberedByTableOrder) {
+  const OdGePoint3d line[2] = {{0, 0, 0}, {1, 0, 0}};
+  Writer writer(m_db.get());
+  writer.setLayer(m_survey);
+  writer.polyline(2, line);
+  writer.setLineType(m_dashdot);
+  writer.polyline(2, line);
+  writer.setLayer(m_db->getLayerZeroId());
+  writer.setLineType(m_db->getLinetypeByLayerId());
+  writer.polyline(2, line);
+  const std::vector<Command> commands = commandsOf(writer.data());
+  std::vector<std::pair<OdUInt32, OdUInt32>> traits;
+  for (const Command& command : commands) {
+    if (command.opcode == Writer::kLayerIndex || command.opcode == Writer::kLinetypeIndex)
+      traits.emplace_back(command.opcode, u32At(command.payload, 0));
+  }
+  // Layers: 0, Defpoints, Survey. Linetypes: ByBlock, ByLayer, Continuous, DASHDOT.
+  EXPECT_EQ(traits, (std::vector<std::pair<OdUInt32, OdUInt32>>{
+                        {16, 2}, {18, 3}, {16, 0}, {18, Writer::kByLayerIndex}}));
+}
+
+TEST_F(ProxyWriterTablesTest, AGivenOrderReplacesTheTables) {
+  const OdGePoint3d line[2] = {{0, 0, 0}, {1, 0, 0}};
+  Writer writer(m_db.get());
+  writer.setLayerOrder(OdDbObjectIdArray{m_survey, m_db->getLayerZeroId()});
+  writer.setLayer(m_survey);
+  writer.polyline(2, line);
+  writer.setLayer(m_defpoints); // not in the order: no layer command
+  writer.polyline(2, line);
+  std::vector<OdUInt32> layers;
+  for (const Command& command : commandsOf(writer.data())) {
+    if (command.opcode == Writer::kLayerIndex)
+      layers.push_back(u32At(command.payload, 0));
+  }
+  EXPECT_EQ(layers, std::vector<OdUInt32>{0});
+}
+
+TEST(GiProxyGraphicsWriter, FillWrapsEachFilledPolygon) {
+  const OdGePoint3d tri[3] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+  Writer writer;
+  writer.polygon(3, tri);
+  writer.setFillType(kOdGiFillAlways);
+  writer.polygon(3, tri);
+  writer.polygon(3, tri);
+  writer.polyline(3, tri); // fill is for polygons only
+  writer.setColor(3);
+  writer.polygon(3, tri); // the colour goes before the fill command
+  const std::vector<Command> commands = commandsOf(writer.data());
+  std::vector<OdUInt32> opcodes;
+  std::vector<OdUInt32> fills;
+  for (const Command& command : commands) {
+    opcodes.push_back(command.opcode);
+    if (command.opcode == Writer::kFill)
+      fills.push_back(u32At(command.payload, 0));
+  }
+  EXPECT_EQ(opcodes,
+            (std::vector<OdUInt32>{1, 14, 7, 20, 7, 20, 20, 7, 20, 6, 14, 20, 7, 20}));
+  EXPECT_EQ(fills, (std::vector<OdUInt32>{1, 0, 1, 0, 1, 0}));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Transforms and extents.
+
+TEST(GiProxyGraphicsWriter, ModelTransformsAreAppliedToTheCoordinates) {
+  Writer writer;
+  writer.pushModelTransform(translation(10, 20, 0));
+  writer.pushModelTransform(rotationZ(OdaPI / 2) * scaling(2, 2, 2));
+  const OdGePoint3d line[2] = {{1, 0, 0}, {1, 1, 0}};
+  writer.polyline(2, line);
+  writer.circle(OdGePoint3d(1, 0, 0), 1.5, OdGeVector3d::kZAxis);
+  writer.text(OdGePoint3d(), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 1, 1, 0, OD_T("T"));
+  writer.popModelTransform();
+  writer.polyline(2, line);
+  writer.popModelTransform();
+  writer.popModelTransform(); // without a push: ignored
+  writer.polyline(2, line);
+  EXPECT_EQ(opcodesOf(writer.data()), (std::vector<OdUInt32>{1, 14, 6, 2, 36, 6, 6}));
+  const std::vector<Command> p = primitivesOf(writer);
+  ASSERT_EQ(p.size(), 5u);
+  // (1,0) -> scaled (2,0) -> turned (0,2) -> moved (10,22); (1,1) -> (8,22).
+  EXPECT_NEAR(f64At(p[0].payload, 4), 10, 1e-12);
+  EXPECT_NEAR(f64At(p[0].payload, 12), 22, 1e-12);
+  EXPECT_NEAR(f64At(p[0].payload, 28), 8, 1e-12);
+  EXPECT_NEAR(f64At(p[0].payload, 36), 22, 1e-12);
+  EXPECT_NEAR(f64At(p[1].payload, 0), 10, 1e-12); // circle centre
+  EXPECT_NEAR(f64At(p[1].payload, 8), 22, 1e-12);
+  EXPECT_NEAR(f64At(p[1].payload, 24), 3, 1e-12); // radius doubled
+  EXPECT_NEAR(f64At(p[2].payload, 48), 0, 1e-12); // text direction turned to +Y
+  EXPECT_NEAR(f64At(p[2].payload, 56), 1, 1e-12);
+  EXPECT_NEAR(f64At(p[2].payload, 72), 2, 1e-12); // height doubled
+  EXPECT_NEAR(f64At(p[2].payload, 80), 1, 1e-12); // width factor kept
+  EXPECT_NEAR(f64At(p[3].payload, 4), 11, 1e-12); // translation only
+  EXPECT_NEAR(f64At(p[4].payload, 4), 1, 1e-12);  // identity again
+  EXPECT_EQ(writer.getModelToWorldTransform(), OdGeMatrix3d());
+}
+
+TEST(GiProxyGraphicsWriter, MirroringFlipsTheNormalAndKeepsArcsCounterClockwise) {
+  Writer writer;
+  writer.pushModelTransform(scaling(-1, 1, 1));
+  writer.circularArc(OdGePoint3d(), 2, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, OdaPI / 2);
+  const std::vector<Command> p = primitivesOf(writer);
+  ASSERT_EQ(p.size(), 1u);
+  ASSERT_EQ(p[0].opcode, Writer::kCircularArc);
+  // From (-2,0) to (0,2) seen from -Z is counter-clockwise about (0,0,-1).
+  EXPECT_NEAR(f64At(p[0].payload, 48), -1, 1e-12);
+  EXPECT_NEAR(f64At(p[0].payload, 56), -1, 1e-12); // start vector (-1,0,0)
+  EXPECT_NEAR(f64At(p[0].payload, 80), OdaPI / 2, 1e-12);
+}
+
+TEST(GiProxyGraphicsWriter, ClockwiseArcsAreWrittenFromTheirOtherEnd) {
+  Writer writer;
+  writer.circularArc(OdGePoint3d(10, 0, 0), 2, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis,
+                     -OdaPI / 2);
+  const std::vector<Command> p = primitivesOf(writer);
+  ASSERT_EQ(p.size(), 1u);
+  EXPECT_NEAR(f64At(p[0].payload, 56), 0, 1e-12); // start vector (0,-1,0)
+  EXPECT_NEAR(f64At(p[0].payload, 64), -1, 1e-12);
+  EXPECT_NEAR(f64At(p[0].payload, 80), OdaPI / 2, 1e-12);
+}
+
+TEST(GiProxyGraphicsWriter, DistortingTransformsTurnCirclesIntoOutlines) {
+  Writer writer;
+  writer.pushModelTransform(scaling(2, 1, 1));
+  writer.circle(OdGePoint3d(1, 0, 0), 1, OdGeVector3d::kZAxis);
+  writer.circularArc(OdGePoint3d(), 1, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, OdaPI,
+                     kOdGiArcSector);
+  const std::vector<Command> p = primitivesOf(writer);
+  ASSERT_EQ(p.size(), 2u);
+  ASSERT_EQ(p[0].opcode, Writer::kPolylineWithNormal);
+  const OdUInt32 n = u32At(p[0].payload, 0);
+  ASSERT_EQ(n, Writer::kSegmentsPerTurn + 1u);
+  for (OdUInt32 i = 0; i < n; ++i) {
+    // Every vertex on the ellipse ((x-2)/2)^2 + y^2 = 1.
+    const double x = f64At(p[0].payload, 4 + 24 * i);
+    const double y = f64At(p[0].payload, 12 + 24 * i);
+    EXPECT_NEAR((x - 2) * (x - 2) / 4 + y * y, 1, 1e-9) << "vertex " << i;
+  }
+  EXPECT_NEAR(f64At(p[0].payload, 4 + 24 * n + 16), 1, 1e-12); // normal +Z
+  // Half a turn, then the centre, then back to the start.
+  ASSERT_EQ(u32At(p[1].payload, 0), Writer::kSegmentsPerTurn / 2 + 3u);
+  const std::size_t centre = 4 + 24 * (Writer::kSegmentsPerTurn / 2 + 1);
+  EXPECT_NEAR(f64At(p[1].payload, centre), 0, 1e-12);
+  EXPECT_NEAR(f64At(p[1].payload, centre + 24), 2, 1e-12);
+}
+
+TEST(GiProxyGraphicsWriter, DistortedTextKeepsItsParallelogram) {
+  Writer writer;
+  writer.pushModelTransform(scaling(3, 2, 1));
+  writer.text(OdGePoint3d(1, 1, 0), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 1.5, 0.5, 0,
+              OD_T("X"));
+  const std::vector<Command> p = primitivesOf(writer);
+  ASSERT_EQ(p.size(), 1u);
+  EXPECT_NEAR(f64At(p[0].payload, 0), 3, 1e-12);
+  EXPECT_NEAR(f64At(p[0].payload, 8), 2, 1e-12);
+  EXPECT_NEAR(f64At(p[0].payload, 72), 3, 1e-12);    // height 1.5 x 2
+  EXPECT_NEAR(f64At(p[0].payload, 80), 0.75, 1e-12); // 0.5 x 3 / 2
+  EXPECT_NEAR(f64At(p[0].payload, 88), 0, 1e-12);
+}
+
+TEST(GiProxyGraphicsWriter, ExtentsCommandMatchesWhatIsDrawn) {
+  const struct {
+    const char* name;
+    std::function<void(OdGiWorldGeometry&)> draw;
+  } cases[] = {
+      {"circle and polyline",
+       [](OdGiWorldGeometry& g) {
+         g.circle(OdGePoint3d(0, 0, 0), 2, OdGeVector3d::kZAxis);
+         const OdGePoint3d line[2] = {{1, 1, 0}, {5, 1, -1}};
+         g.polyline(2, line);
+       }},
+      {"quarter arc",
+       [](OdGiWorldGeometry& g) {
+         g.circularArc(OdGePoint3d(1, 1, 1), 3, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis,
+                       OdaPI / 2);
+       }},
+      {"clockwise arc",
+       [](OdGiWorldGeometry& g) {
+         g.circularArc(OdGePoint3d(), 1, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, -2.5);
+       }},
+      {"text", [](OdGiWorldGeometry& g) {
+         g.text(OdGePoint3d(2, 0, 0), OdGeVector3d::kZAxis, OdGeVector3d(1, 1, 0), 2, 1, 0.3,
+                OD_T("abc"));
+       }},
+      {"transformed", [](OdGiWorldGeometry& g) {
+         g.pushModelTransform(translation(100, 0, 0) * scaling(1, 3, 1));
+         g.circle(OdGePoint3d(), 1, OdGeVector3d::kZAxis);
+         g.popModelTransform();
+         g.polygon(1, &OdGePoint3d::kOrigin);
+       }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    Writer writer;
+    OdGiExtentsCollector collector;
+    c.draw(writer);
+    c.draw(collector);
+    const std::vector<Command> commands = commandsOf(writer.data());
+    ASSERT_FALSE(commands.empty());
+    ASSERT_EQ(commands[0].opcode, Writer::kExtents);
+    const OdGePoint3d& lo = collector.extents().minPoint();
+    const OdGePoint3d& hi = collector.extents().maxPoint();
+    // The writer draws ellipses as outlines, whose box lies within the true one by a hair.
+    const double tol = std::string(c.name) == "transformed" ? 1e-3 : 1e-9;
+    const double expected[6] = {lo.x, lo.y, lo.z, hi.x, hi.y, hi.z};
+    for (int i = 0; i < 6; ++i)
+      EXPECT_NEAR(f64At(commands[0].payload, 8 * i), expected[i], tol) << "coordinate " << i;
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Refusals.
+
+TEST(GiProxyGraphicsWriter, DegeneratePrimitivesAreSkippedAndCounted) {
+  const OdGePoint3d bad[2] = {{0, 0, 0}, {kNaN, 0, 0}};
+  const OdGePoint3d one[1] = {{0, 0, 0}};
+  const struct {
+    const char* name;
+    std::function<void(Writer&)> draw;
+  } cases[] = {
+      {"polyline without vertices", [&](Writer& w) { w.polyline(0, one); }},
+      {"polyline with a null list", [](Writer& w) { w.polyline(2, nullptr); }},
+      {"polyline with NaN", [&](Writer& w) { w.polyline(2, bad); }},
+      {"polygon with a negative count", [&](Writer& w) { w.polygon(-1, one); }},
+      {"polygon with NaN", [&](Writer& w) { w.polygon(2, bad); }},
+      {"circle with negative radius",
+       [](Writer& w) { w.circle(OdGePoint3d(), -1, OdGeVector3d::kZAxis); }},
+      {"circle with infinite radius",
+       [](Writer& w) { w.circle(OdGePoint3d(), kInf, OdGeVector3d::kZAxis); }},
+      {"circle with zero normal", [](Writer& w) { w.circle(OdGePoint3d(), 1, OdGeVector3d()); }},
+      {"circle through collinear points",
+       [](Writer& w) { w.circle(OdGePoint3d(0, 0, 0), OdGePoint3d(1, 0, 0), OdGePoint3d(2, 0, 0)); }},
+      {"arc with NaN sweep",
+       [](Writer& w) {
+         w.circularArc(OdGePoint3d(), 1, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, kNaN);
+       }},
+      {"arc with start along the normal",
+       [](Writer& w) {
+         w.circularArc(OdGePoint3d(), 1, OdGeVector3d::kZAxis, OdGeVector3d::kZAxis, 1);
+       }},
+      {"text with zero normal",
+       [](Writer& w) {
+         w.text(OdGePoint3d(), OdGeVector3d(), OdGeVector3d::kXAxis, 1, 1, 0, OD_T("a"));
+       }},
+      {"text with NaN height",
+       [](Writer& w) {
+         w.text(OdGePoint3d(), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, kNaN, 1, 0, OD_T("a"));
+       }},
+      {"xline through one point",
+       [](Writer& w) { w.xline(OdGePoint3d(1, 1, 0), OdGePoint3d(1, 1, 0)); }},
+      {"ray with infinity", [](Writer& w) { w.ray(OdGePoint3d(), OdGePoint3d(kInf, 0, 0)); }},
+      {"circle under a flattening transform",
+       [](Writer& w) {
+         w.pushModelTransform(scaling(1, 1, 0));
+         w.circle(OdGePoint3d(), 1, OdGeVector3d::kXAxis);
+       }},
+      {"polyline under a NaN transform",
+       [&](Writer& w) {
+         w.pushModelTransform(scaling(kNaN, 1, 1));
+         w.polyline(1, one);
+       }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    Writer writer;
+    c.draw(writer);
+    EXPECT_TRUE(writer.data().empty());
+    EXPECT_EQ(writer.skippedPrimitives(), 1u);
+  }
+}
+
+TEST(GiProxyGraphicsWriter, CollinearThreePointArcIsAPolyline) {
+  Writer writer;
+  writer.circularArc(OdGePoint3d(0, 0, 0), OdGePoint3d(1, 0, 0), OdGePoint3d(3, 0, 0));
+  const std::vector<Command> p = primitivesOf(writer);
+  ASSERT_EQ(p.size(), 1u);
+  EXPECT_EQ(p[0].opcode, Writer::kPolyline);
+  EXPECT_EQ(u32At(p[0].payload, 0), 3u);
+  EXPECT_EQ(writer.skippedPrimitives(), 0u);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Drawing entities.
+
+/// Draws a unit square in world drawing, in red.
+class ProxyWriterWorldShape : public OdDbEntity {
+  ODRX_DECLARE_MEMBERS(ProxyWriterWorldShape);
+
+protected:
+  bool subWorldDraw(OdGiWorldDraw* worldDraw) const override {
+    const OdGePoint3d square[4] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
+    worldDraw->geometry().polygon(4, square);
+    return true;
+  }
+  void subViewportDraw(OdGiViewportDraw* viewportDraw) const override {
+    viewportDraw->geometry().circle(OdGePoint3d(), 99, OdGeVector3d::kZAxis);
+  }
+};
+ODRX_DEFINE_PSEUDO_CONSTRUCTOR(ProxyWriterWorldShape)
+ODRX_DEFINE_MEMBERS2(ProxyWriterWorldShape, OdDbEntity, &ProxyWriterWorldShape::pseudoConstructor,
+                     0, 0, 0, OD_T("PROXYWRITERWORLDSHAPE"), OdString::kEmpty)
+
+/// Draws only in viewport drawing: a circle sized from the view.
+class ProxyWriterViewShape : public OdDbEntity {
+  ODRX_DECLARE_MEMBERS(ProxyWriterViewShape);
+
+protected:
+  bool subWorldDraw(OdGiWorldDraw*) const override { return false; }
+  void subViewportDraw(OdGiViewportDraw* viewportDraw) const override {
+    OdGePoint2d pixels;
+    viewportDraw->viewport().getNumPixelsInUnitSquare(OdGePoint3d(), pixels);
+    viewportDraw->geometry().circle(OdGePoint3d(), 10.0 / pixels.x, OdGeVector3d::kZAxis);
+  }
+};
+ODRX_DEFINE_PSEUDO_CONSTRUCTOR(ProxyWriterViewShape)
+ODRX_DEFINE_MEMBERS2(ProxyWriterViewShape, OdDbEntity, &ProxyWriterViewShape::pseudoConstructor,
+                     0, 0, 0, OD_T("PROXYWRITERVIEWSHAPE"), OdString::kEmpty)
+
+class ProxyWriterEntityTest : public ProxyWriterTablesTest {
+protected:
+  static void SetUpTestSuite() {
+    ProxyWriterWorldShape::rxInit();
+    ProxyWriterViewShape::rxInit();
+  }
+  static void TearDownTestSuite() {
+    ProxyWriterViewShape::rxUninit();
+    ProxyWriterWorldShape::rxUninit();
+  }
+};
+
+TEST_F(ProxyWriterEntityTest, DrawTakesTheEntitysTraitsAndFallsBackToViewportDrawing) {
+  OdSmartPtr<ProxyWriterWorldShape> world = ProxyWriterWorldShape::createObject();
+  world->setLayer(m_survey);
+  world->setColorIndex(1);
+  world->setLineWeight(OdDb::kLnWt030);
+  Writer writer(m_db.get());
+  writer.draw(world.get());
+  const std::vector<Command> commands = commandsOf(writer.data());
+  std::vector<OdUInt32> opcodes;
+  for (const Command& command : commands)
+    opcodes.push_back(command.opcode);
+  // Colour, layer, lineweight, then the square; viewport drawing was not asked for.
+  EXPECT_EQ(opcodes, (std::vector<OdUInt32>{1, 14, 16, 23, 7}));
+  ASSERT_EQ(commands.size(), 5u);
+  EXPECT_EQ(u32At(commands[1].payload, 0), 1u);
+  EXPECT_EQ(u32At(commands[2].payload, 0), 2u);
+  EXPECT_EQ(u32At(commands[3].payload, 0), 30u);
+
+  // A new draw starts a new metafile.
+  OdSmartPtr<ProxyWriterViewShape> view = ProxyWriterViewShape::createObject();
+  writer.fixedViewport().setPixelsPerUnit(5);
+  writer.draw(view.get());
+  const std::vector<Command> p = primitivesOf(writer);
+  ASSERT_EQ(p.size(), 1u);
+  EXPECT_EQ(p[0].opcode, Writer::kCircle);
+  EXPECT_NEAR(f64At(p[0].payload, 24), 2, 1e-12);
+
+  writer.draw(nullptr);
+  EXPECT_TRUE(writer.data().empty());
+}
+
+// ---------------------------------------------------------------------------------------------
+// What ezdxf, an independent reader, makes of the bytes.
+
+/// Just enough JSON for the checker's output: strings come \u-escaped (UTF-16 units).
+struct Json {
+  enum Type { kNull, kBool, kNumber, kString, kArray, kObject } type = kNull;
+  double number = 0;
+  std::u16string string;
+  std::vector<Json> items;
+  std::map<std::string, Json> members;
+
+  const Json& operator[](const std::string& key) const {
+    auto it = members.find(key);
+    if (it == members.end())
+      throw std::runtime_error("no member " + key);
+    return it->second;
+  }
+  const Json& operator[](std::size_t index) const { return items.at(index); }
+  bool has(const std::string& key) const { return members.count(key) != 0; }
+  std::string utf8() const { return OdString(string).toUtf8(); }
+};
+
+class JsonParser {
+public:
+  explicit JsonParser(const std::string& text) : m_text(text) {}
+  Json parse() {
+    Json value = parseValue();
+    skipSpace();
+    if (m_at != m_text.size())
+      throw std::runtime_error("trailing text");
+    return value;
+  }
+
+private:
+  void skipSpace() {
+    while (m_at < m_text.size() && std::isspace(static_cast<unsigned char>(m_text[m_at])))
+      ++m_at;
+  }
+  char next() {
+    if (m_at >= m_text.size())
+      throw std::runtime_error("unexpected end");
+    return m_text[m_at++];
+  }
+  void expect(const char* word) {
+    for (const char* c = word; *c; ++c)
+      if (next() != *c)
+        throw std::runtime_error(std::string("expected ") + word);
+  }
+  std::u16string parseString() {
+    std::u16string out;
+    for (char c = next(); c != '"'; c = next()) {
+      if (c != '\\') {
+        out.push_back(static_cast<char16_t>(static_cast<unsigned char>(c)));
+        continue;
+      }
+      const char escape = next();
+      switch (escape) {
+      case 'u':
+        out.push_back(static_cast<char16_t>(std::stoul(m_text.substr(m_at, 4), nullptr, 16)));
+        m_at += 4;
+        break;
+      case 'n': out.push_back(u'\n'); break;
+      case 't': out.push_back(u'\t'); break;
+      default: out.push_back(static_cast<char16_t>(escape)); break;
+      }
+    }
+    return out;
+  }
+  Json parseValue() {
+    skipSpace();
+    Json value;
+    const char c = next();
+    if (c == '{') {
+      value.type = Json::kObject;
+      skipSpace();
+      if (m_text[m_at] == '}') {
+        ++m_at;
+        return value;
+      }
+      for (;;) {
+        skipSpace();
+        if (next() != '"')
+          throw std::runtime_error("expected a key");
+        const std::u16string key = parseString();
+        skipSpace();
+        if (next() != ':')
+          throw std::runtime_error("expected :");
+        value.members[OdString(key).toUtf8()] = parseValue();
+        skipSpace();
+        const char sep = next();
+        if (sep == '}')
+          return value;
+        if (sep != ',')
+          throw std::runtime_error("expected , or }");
+      }
+    }
+    if (c == '[') {
+      value.type = Json::kArray;
+      skipSpace();
+      if (m_text[m_at] == ']') {
+        ++m_at;
+        return value;
+      }
+      for (;;) {
+        value.items.push_back(parseValue());
+        skipSpace();
+        const char sep = next();
+        if (sep == ']')
+          return value;
+        if (sep != ',')
+          throw std::runtime_error("expected , or ]");
+      }
+    }
+    if (c == '"') {
+      value.type = Json::kString;
+      value.string = parseString();
+      return value;
+    }
+    --m_at;
+    if (c == 'n') {
+      expect("null");
+      return value;
+    }
+    if (c == 't' || c == 'f') {
+      value.type = Json::kBool;
+      expect(c == 't' ? "true" : "false");
+      value.number = c == 't';
+      return value;
+    }
+    value.type = Json::kNumber;
+    std::size_t used = 0;
+    value.number = std::stod(m_text.substr(m_at), &used);
+    m_at += used;
+    return value;
+  }
+
+  const std::string& m_text;
+  std::size_t m_at = 0;
+};
+
+const char* const kPython = "/usr/bin/python3";
+
+std::string checkerPath() {
+  const std::string self = __FILE__;
+  const std::size_t slash = self.find_last_of('/');
+  return (slash == std::string::npos ? std::string(".") : self.substr(0, slash)) +
+         "/proxy_graphics_check.py";
+}
+
+/// Runs the checker on the bytes; the exit status and its standard output.
+int runChecker(const OdUInt8Array& data, const std::string& options, std::string& output) {
+  char path[] = "/tmp/proxy_graphics_XXXXXX";
+  const int fd = mkstemp(path);
+  if (fd < 0)
+    return -1;
+  const std::vector<OdUInt8> bytes(data.begin(), data.end());
+  const bool written = write(fd, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
+  close(fd);
+  if (!written) {
+    std::remove(path);
+    return -1;
+  }
+  const std::string command =
+      std::string(kPython) + " " + checkerPath() + " " + path + " " + options + " 2>/dev/null";
+  FILE* pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) {
+    std::remove(path);
+    return -1;
+  }
+  char buffer[4096];
+  std::size_t got = 0;
+  while ((got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
+    output.append(buffer, got);
+  const int status = pclose(pipe);
+  std::remove(path);
+  return status;
+}
+
+void expectPoint(const Json& actual, double x, double y, double z, double tol = 1e-9) {
+  ASSERT_EQ(actual.items.size(), 3u);
+  EXPECT_NEAR(actual[0].number, x, tol);
+  EXPECT_NEAR(actual[1].number, y, tol);
+  EXPECT_NEAR(actual[2].number, z, tol);
+}
+
+TEST_F(ProxyWriterTablesTest, EzdxfDecodesWhatWasDrawn) {
+  if (std::system("/usr/bin/python3 -c 'import ezdxf' >/dev/null 2>&1") != 0)
+    GTEST_SKIP() << "/usr/bin/python3 cannot import ezdxf";
+
+  Writer writer(m_db.get());
+  writer.setLayer(m_survey);
+  writer.setColor(1);
+  const OdGePoint3d track[3] = {{0, 0, 0}, {10, 0, 0}, {10, 5, 0}};
+  writer.polyline(3, track);
+  writer.setTrueColor(OdCmEntityColor(10, 200, 30));
+  writer.setLineWeight(OdDb::kLnWt050);
+  writer.circle(OdGePoint3d(3, 4, 0), 2.5, OdGeVector3d::kZAxis);
+  writer.setColor(5);
+  writer.setLineType(m_dashdot);
+  writer.circularArc(OdGePoint3d(10, 0, 0), 2, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis,
+                     -OdaPI / 2);
+  writer.setFillType(kOdGiFillAlways);
+  const OdGePoint3d tri[3] = {{0, 0, 0}, {2, 0, 0}, {0, 2, 0}};
+  writer.polygon(3, tri);
+  writer.setFillType(kOdGiFillNever);
+  writer.polygon(3, tri);
+  writer.pushModelTransform(translation(100, 50, 0) * rotationZ(OdaPI / 6));
+  writer.setColor(256);
+  writer.text(OdGePoint3d(1, 0, 0), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 2.5, 0.8, 0,
+              OdString(u"北坐标"));
+  writer.circle(OdGePoint3d(), 1, OdGeVector3d::kZAxis);
+  writer.popModelTransform();
+  writer.pushModelTransform(scaling(2, 1, 1));
+  writer.circle(OdGePoint3d(), 1, OdGeVector3d::kZAxis);
+  writer.popModelTransform();
+
+  std::string output;
+  const int status =
+      runChecker(writer.data(), "--layers Defpoints,Survey --linetypes DASHDOT", output);
+  ASSERT_EQ(status, 0) << output;
+  Json result;
+  try {
+    result = JsonParser(output).parse();
+  } catch (const std::exception& error) {
+    FAIL() << "checker output is not JSON (" << error.what() << "): " << output;
+  }
+  // The checker's drawing numbers its tables as our database does.
+  ASSERT_EQ(result["layers"].items.size(), 3u);
+  EXPECT_EQ(result["layers"][2].utf8(), "Survey");
+  ASSERT_EQ(result["linetypes"].items.size(), 4u);
+  EXPECT_EQ(result["linetypes"][3].utf8(), "DASHDOT");
+
+  const Json& e = result["entities"];
+  ASSERT_EQ(e.items.size(), 8u) << output;
+  for (const Json& entity : e.items)
+    EXPECT_EQ(entity["layer"].utf8(), "Survey");
+
+  EXPECT_EQ(e[0]["type"].utf8(), "POLYLINE");
+  EXPECT_EQ(e[0]["color"].number, 1);
+  ASSERT_EQ(e[0]["vertices"].items.size(), 3u);
+  for (int i = 0; i < 3; ++i)
+    expectPoint(e[0]["vertices"][i], track[i].x, track[i].y, track[i].z);
+  EXPECT_FALSE(e[0]["closed"].number);
+
+  EXPECT_EQ(e[1]["type"].utf8(), "CIRCLE");
+  expectPoint(e[1]["center"], 3, 4, 0);
+  EXPECT_NEAR(e[1]["radius"].number, 2.5, 1e-12);
+  EXPECT_EQ(e[1]["true_color"].number, 0x0AC81E);
+  EXPECT_EQ(e[1]["lineweight"].number, 50);
+
+  EXPECT_EQ(e[2]["type"].utf8(), "ARC");
+  EXPECT_EQ(e[2]["color"].number, 5);
+  EXPECT_EQ(e[2]["linetype"].utf8(), "DASHDOT");
+  expectPoint(e[2]["start_point"], 10, -2, 0);
+  expectPoint(e[2]["end_point"], 12, 0, 0);
+
+  EXPECT_EQ(e[3]["type"].utf8(), "HATCH");
+  ASSERT_EQ(e[3]["vertices"].items.size(), 3u);
+  expectPoint(e[3]["vertices"][1], 2, 0, 0);
+  EXPECT_EQ(e[4]["type"].utf8(), "POLYLINE");
+  EXPECT_TRUE(e[4]["closed"].number);
+
+  EXPECT_EQ(e[5]["type"].utf8(), "TEXT");
+  EXPECT_EQ(e[5]["text"].string, std::u16string(u"北坐标"));
+  expectPoint(e[5]["insert"], 100 + std::cos(OdaPI / 6), 50 + std::sin(OdaPI / 6), 0);
+  EXPECT_NEAR(e[5]["height"].number, 2.5, 1e-12);
+  EXPECT_NEAR(e[5]["width"].number, 0.8, 1e-12);
+  EXPECT_NEAR(e[5]["rotation"].number, 30, 1e-9);
+  EXPECT_EQ(e[5]["color"].number, 256);
+
+  EXPECT_EQ(e[6]["type"].utf8(), "CIRCLE");
+  expectPoint(e[6]["center"], 100, 50, 0);
+
+  EXPECT_EQ(e[7]["type"].utf8(), "POLYLINE");
+  ASSERT_EQ(e[7]["vertices"].items.size(), Writer::kSegmentsPerTurn + 1u);
+  expectPoint(e[7]["vertices"][0], 2, 0, 0);
+  expectPoint(e[7]["vertices"][Writer::kSegmentsPerTurn / 4], 0, 1, 0);
+}
+
+} // namespace proxy_graphics_writer_test
