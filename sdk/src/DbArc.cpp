@@ -1,6 +1,7 @@
 #include "DbArc.h"
 
 #include "DbFiler.h"
+#include "Ge/GeBulge.h"
 #include "Ge/GePoint2d.h"
 #include "Ge/GeVector2d.h"
 #include "Gi/GiWorldDraw.h"
@@ -600,19 +601,13 @@ OdResult OdDbArc::subGetGeomExtents(OdGeExtents3d& extents) const {
   if (m_radius <= 0.0)
     return eOk;
   const OdGeMatrix3d toWorld = OdGeMatrix3d::planeToWorld(m_normal);
-  const OdGeVector3d xAxis = toWorld.getCsXAxis();
-  const OdGeVector3d yAxis = toWorld.getCsYAxis();
+  double extremes[6];
+  const unsigned int numExtremes =
+      odgeCircleExtremeAngles(toWorld.getCsXAxis(), toWorld.getCsYAxis(), extremes);
   const double turn = sweep();
-  // Along world axis k the arc's coordinate is c + r (x_k cos a + y_k sin a), largest at
-  // a = atan2(y_k, x_k) and smallest half a turn further.
-  for (unsigned int k = 0; k < 3; ++k) {
-    if (xAxis[k] == 0.0 && yAxis[k] == 0.0)
-      continue;
-    const double extreme = std::atan2(yAxis[k], xAxis[k]);
-    for (double angle : {extreme, extreme + OdaPI}) {
-      if (angleAlong(angle, m_startAngle, turn, 0.0) >= 0.0)
-        extents.addPoint(pointAtAngle(angle));
-    }
+  for (unsigned int k = 0; k < numExtremes; ++k) {
+    if (angleAlong(extremes[k], m_startAngle, turn, 0.0) >= 0.0)
+      extents.addPoint(pointAtAngle(extremes[k]));
   }
   return eOk;
 }

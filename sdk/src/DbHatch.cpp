@@ -3,6 +3,7 @@
 #include "DbDwgStreamFiler.h"
 #include "DbFiler.h"
 #include "DbPolyline.h"
+#include "Ge/GeBulge.h"
 #include "Gi/GiWorldDraw.h"
 
 #include <algorithm>
@@ -118,44 +119,6 @@ double normalizedAngle(double angle) {
   return result < Oda2PI ? result : 0.0;
 }
 
-/// The circular arc of a bulged segment, in plane coordinates.
-struct BulgeArc {
-  OdGePoint2d center;
-  double radius = 0.0;
-  double startAngle = 0.0;
-  /// Signed: positive counter-clockwise.
-  double sweep = 0.0;
-
-  OdGePoint2d pointAtAngle(double angle) const {
-    return center + OdGeVector2d(std::cos(angle), std::sin(angle)) * radius;
-  }
-  OdGePoint2d pointAt(double fraction) const { return pointAtAngle(startAngle + sweep * fraction); }
-  /// Whether the arc passes the direction angle (from its centre), ends included.
-  bool passes(double angle) const {
-    const double turned = normalizedAngle(sweep >= 0.0 ? angle - startAngle : startAngle - angle);
-    const double tol = 1.e-12;
-    return turned <= std::fabs(sweep) + tol || turned >= Oda2PI - tol;
-  }
-};
-
-/// The arc from p1 to p2 with the given bulge; false for a straight segment (no bulge, or
-/// coincident ends, which have no arc).
-bool bulgeArc(const OdGePoint2d& p1, const OdGePoint2d& p2, double bulge, BulgeArc& arc) {
-  if (bulge == 0.0)
-    return false;
-  const OdGeVector2d chord = p2 - p1;
-  if (chord.length() <= OdGeContext::gTol.equalPoint())
-    return false;
-  const double absBulge = std::fabs(bulge);
-  arc.sweep = 4.0 * std::atan(bulge);
-  arc.radius = chord.length() * 0.25 * (1.0 / absBulge + absBulge);
-  // The centre lies off the chord's midpoint, to the left of p1 -> p2 for a counter-clockwise
-  // arc of less than half a turn.
-  arc.center = p1 + chord * 0.5 + chord.perpVector() * (0.25 * (1.0 / bulge - bulge));
-  arc.startAngle = (p1 - arc.center).angle();
-  return true;
-}
-
 /// The vertices and bulges of one loop as a sequence of segments.
 struct LoopView {
   const OdGePoint2dArray& vertices;
@@ -164,8 +127,8 @@ struct LoopView {
   unsigned int size() const { return vertices.size(); }
   const OdGePoint2d& from(unsigned int i) const { return vertices[i]; }
   const OdGePoint2d& to(unsigned int i) const { return vertices[(i + 1) % vertices.size()]; }
-  bool arc(unsigned int i, BulgeArc& result) const {
-    return bulgeArc(from(i), to(i), bulges[i], result);
+  bool arc(unsigned int i, OdGeBulgeArc& result) const {
+    return result.set(from(i), to(i), bulges[i]);
   }
 
   /// Positive for a counter-clockwise loop: the vertices' polygon plus each bulged segment's
@@ -176,12 +139,9 @@ struct LoopView {
     double arcAreas = 0.0;
     for (unsigned int i = 0; i < size(); ++i) {
       twiceArea += from(i).x * to(i).y - to(i).x * from(i).y;
-      BulgeArc a;
-      if (arc(i, a)) {
-        const double sweep = std::fabs(a.sweep);
-        const double segmentArea = 0.5 * a.radius * a.radius * (sweep - std::sin(sweep));
-        arcAreas += bulges[i] > 0.0 ? segmentArea : -segmentArea;
-      }
+      OdGeBulgeArc a;
+      if (arc(i, a))
+        arcAreas += a.signedSegmentArea();
     }
     return 0.5 * twiceArea + arcAreas;
   }
@@ -198,7 +158,7 @@ struct LoopView {
         if (point.x < x)
           inside = !inside;
       }
-      BulgeArc arcOf;
+      OdGeBulgeArc arcOf;
       if (arc(i, arcOf) && point.distanceTo(arcOf.center) < arcOf.radius) {
         const double side = (b - a).crossProduct(point - a);
         if (bulges[i] > 0.0 ? side < 0.0 : side > 0.0)
@@ -212,7 +172,7 @@ struct LoopView {
   void crossings(const OdGePoint2d& origin, const OdGeVector2d& dir,
                  std::vector<double>& params) const {
     for (unsigned int i = 0; i < size(); ++i) {
-      BulgeArc a;
+      OdGeBulgeArc a;
       if (arc(i, a)) {
         const OdGeVector2d w = origin - a.center;
         const double half = w.dotProduct(dir);
@@ -221,7 +181,7 @@ struct LoopView {
           continue;
         const double root = std::sqrt(disc);
         for (double t : {-half - root, -half + root}) {
-          if (a.passes((origin + dir * t - a.center).angle()))
+          if (a.fractionAtAngle((origin + dir * t - a.center).angle()) >= 0.0)
             params.push_back(t);
         }
         continue;
@@ -243,16 +203,10 @@ struct LoopView {
   void tessellate(const OdGiWorldDraw* worldDraw, ToWorld toWorld, OdGePoint3dArray& points) const {
     for (unsigned int i = 0; i < size(); ++i) {
       points.append(toWorld(from(i)));
-      BulgeArc a;
+      OdGeBulgeArc a;
       if (!arc(i, a))
         continue;
-      constexpr double kMaxStep = OdaPI / 32.0;
-      double step = kMaxStep;
-      const double deviation = worldDraw->deviation(kOdGiMaxDevForCurve, toWorld(a.center));
-      if (deviation > 0.0 && deviation < a.radius)
-        step = std::min(step, 2.0 * std::acos(1.0 - deviation / a.radius));
-      const int pieces =
-          static_cast<int>(std::clamp(std::ceil(std::fabs(a.sweep) / step), 1.0, 1024.0));
+      const int pieces = a.numPieces(worldDraw->deviation(kOdGiMaxDevForCurve, toWorld(a.center)));
       for (int k = 1; k < pieces; ++k)
         points.append(toWorld(a.pointAt(static_cast<double>(k) / pieces)));
     }
@@ -837,7 +791,7 @@ void OdDbHatch::drawPattern(OdGiWorldDraw* worldDraw, const OdGeMatrix3d& toWorl
     views.push_back(LoopView{loop.vertices, loop.bulges});
     for (unsigned int i = 0; i < loop.vertices.size(); ++i) {
       grow(loop.vertices[i], 0.0);
-      BulgeArc arc;
+      OdGeBulgeArc arc;
       if (views.back().arc(i, arc))
         grow(arc.center, arc.radius);
     }
@@ -975,7 +929,7 @@ OdResult OdDbHatch::subGetOsnapPoints(OdDb::OsnapMode osnapMode, OdGsMarker /*gs
       if (osnapMode == OdDb::kOsModeEnd) {
         snapPoints.append(toWorld(toWorldMatrix, view.from(i)));
       } else if (osnapMode == OdDb::kOsModeMid) {
-        BulgeArc arc;
+        OdGeBulgeArc arc;
         const OdGePoint2d middle =
             view.arc(i, arc) ? arc.pointAt(0.5) : view.from(i) + (view.to(i) - view.from(i)) * 0.5;
         snapPoints.append(toWorld(toWorldMatrix, middle));

@@ -4,6 +4,7 @@
 #include "DbDwgStreamFiler.h"
 #include "DbFiler.h"
 #include "DbLine.h"
+#include "Ge/GeBulge.h"
 #include "Gi/GiWorldDraw.h"
 
 #include <algorithm>
@@ -62,60 +63,6 @@ bool isValidWidth(double width) {
   return std::isfinite(width) && width >= 0.0;
 }
 
-/// The angle in [0, 2π).
-double normalizedAngle(double angle) {
-  double result = std::fmod(angle, Oda2PI);
-  if (result < 0.0)
-    result += Oda2PI;
-  return result;
-}
-
-/// The circular arc of a bulged segment, in plane coordinates.
-struct BulgeArc {
-  OdGePoint2d center;
-  double radius = 0.0;
-  double startAngle = 0.0;
-  /// Signed: positive counter-clockwise.
-  double sweep = 0.0;
-
-  OdGePoint2d pointAtAngle(double angle) const {
-    return center + OdGeVector2d(std::cos(angle), std::sin(angle)) * radius;
-  }
-  OdGePoint2d pointAt(double fraction) const { return pointAtAngle(startAngle + sweep * fraction); }
-  /// The fraction of the sweep at which the arc passes angle, or a negative number when it
-  /// does not pass it.
-  double fractionAtAngle(double angle) const {
-    const double turned = normalizedAngle(sweep >= 0.0 ? angle - startAngle : startAngle - angle);
-    const double span = std::fabs(sweep);
-    const double tol = 1.e-12;
-    if (turned <= span + tol)
-      return std::min(turned / span, 1.0);
-    if (turned >= Oda2PI - tol)
-      return 0.0;
-    return -1.0;
-  }
-  double length() const { return radius * std::fabs(sweep); }
-};
-
-/// The arc from p1 to p2 with the given bulge; false for a straight segment (no bulge, or
-/// coincident ends, which have no arc).
-bool bulgeArc(const OdGePoint2d& p1, const OdGePoint2d& p2, double bulge, BulgeArc& arc) {
-  if (bulge == 0.0 || !std::isfinite(bulge))
-    return false;
-  const OdGeVector2d chord = p2 - p1;
-  const double chordLength = chord.length();
-  if (chordLength <= OdGeContext::gTol.equalPoint())
-    return false;
-  const double absBulge = std::fabs(bulge);
-  arc.sweep = 4.0 * std::atan(bulge);
-  arc.radius = chordLength * 0.25 * (1.0 / absBulge + absBulge);
-  // The centre lies off the chord's midpoint, to the left of p1 -> p2 for a counter-clockwise
-  // arc of less than half a turn; written without bulge squared so that huge bulges stay finite.
-  arc.center = p1 + chord * 0.5 + chord.perpVector() * (0.25 * (1.0 / bulge - bulge));
-  arc.startAngle = (p1 - arc.center).angle();
-  return true;
-}
-
 /// The fraction (0..1) of segment p1 -> p2 whose point is nearest to point.
 double closestFractionOnChord(const OdGePoint2d& point, const OdGePoint2d& p1,
                               const OdGePoint2d& p2) {
@@ -124,30 +71,6 @@ double closestFractionOnChord(const OdGePoint2d& point, const OdGePoint2d& p1,
   if (lengthSqrd <= 0.0)
     return 0.0;
   return std::clamp((point - p1).dotProduct(dir) / lengthSqrd, 0.0, 1.0);
-}
-
-double closestFractionOnArc(const OdGePoint2d& point, const BulgeArc& arc) {
-  const OdGeVector2d fromCenter = point - arc.center;
-  if (fromCenter.isZeroLength())
-    return 0.0;
-  const double fraction = arc.fractionAtAngle(fromCenter.angle());
-  if (fraction >= 0.0)
-    return fraction;
-  return point.distanceTo(arc.pointAt(0.0)) <= point.distanceTo(arc.pointAt(1.0)) ? 0.0 : 1.0;
-}
-
-/// How many equal-angle pieces an arc is drawn with: 64 to the full circle, finer when the
-/// allowed deviation from the true arc needs it, between 1 and 1024.
-int arcPieces(double sweep, double radius, double deviation) {
-  constexpr double kMaxStep = OdaPI / 32.0;
-  constexpr double kMaxPieces = 1024.0;
-  double step = kMaxStep;
-  if (deviation > 0.0 && deviation < radius)
-    step = std::min(step, 2.0 * std::acos(1.0 - deviation / radius));
-  const double pieces = std::ceil(std::fabs(sweep) / step);
-  if (!(pieces >= 1.0))
-    return 1;
-  return static_cast<int>(std::min(pieces, kMaxPieces));
 }
 
 } // namespace
@@ -390,8 +313,8 @@ OdGePoint3d OdDbPolyline::toWorld(const OdGeMatrix3d& planeToWorld,
 double OdDbPolyline::segmentLength(unsigned int index) const {
   const Vertex& from = m_vertices[index];
   const OdGePoint2d& to = m_vertices[(index + 1) % m_vertices.size()].point;
-  BulgeArc arc;
-  if (bulgeArc(from.point, to, from.bulge, arc))
+  OdGeBulgeArc arc;
+  if (arc.set(from.point, to, from.bulge))
     return arc.length();
   return from.point.distanceTo(to);
 }
@@ -409,8 +332,8 @@ OdGePoint2d OdDbPolyline::planePointAtParam(double param) const {
     return from.point;
   if (fraction >= 1.0)
     return to;
-  BulgeArc arc;
-  if (bulgeArc(from.point, to, from.bulge, arc))
+  OdGeBulgeArc arc;
+  if (arc.set(from.point, to, from.bulge))
     return arc.pointAt(fraction);
   return from.point + (to - from.point) * fraction;
 }
@@ -423,9 +346,9 @@ bool OdDbPolyline::closestParam(const OdGePoint2d& point, double& param) const {
   for (unsigned int i = 0; i < numSegments(); ++i) {
     const Vertex& from = m_vertices[i];
     const OdGePoint2d& to = m_vertices[(i + 1) % m_vertices.size()].point;
-    BulgeArc arc;
-    const double fraction = bulgeArc(from.point, to, from.bulge, arc)
-                                ? closestFractionOnArc(point, arc)
+    OdGeBulgeArc arc;
+    const double fraction = arc.set(from.point, to, from.bulge)
+                                ? arc.closestFraction(point)
                                 : closestFractionOnChord(point, from.point, to);
     const double distance = point.distanceTo(planePointAtParam(i + fraction));
     if (distance < best) {
@@ -562,14 +485,9 @@ OdResult OdDbPolyline::getArea(double& area) const {
     const OdGePoint2d& to = m_vertices[(i + 1) % count].point;
     twiceArea += from.point.x * to.y - to.x * from.point.y;
     // An open polyline closes with a straight segment: the last vertex's bulge is not used.
-    BulgeArc arc;
-    if (i < numSegments() && bulgeArc(from.point, to, from.bulge, arc)) {
-      // The circular segment between chord and arc lies to the right of the chord for a
-      // positive bulge, so it adds to a counter-clockwise outline and takes from a clockwise.
-      const double sweep = std::fabs(arc.sweep);
-      const double segmentArea = 0.5 * arc.radius * arc.radius * (sweep - std::sin(sweep));
-      arcAreas += from.bulge > 0.0 ? segmentArea : -segmentArea;
-    }
+    OdGeBulgeArc arc;
+    if (i < numSegments() && arc.set(from.point, to, from.bulge))
+      arcAreas += arc.signedSegmentArea();
   }
   area = std::fabs(0.5 * twiceArea + arcAreas);
   return eOk;
@@ -829,11 +747,11 @@ bool OdDbPolyline::subWorldDraw(OdGiWorldDraw* worldDraw) const {
   for (unsigned int i = 0; i < numSegments(); ++i) {
     const Vertex& from = m_vertices[i];
     const OdGePoint2d& to = m_vertices[(i + 1) % count].point;
-    BulgeArc arc;
-    if (bulgeArc(from.point, to, from.bulge, arc)) {
+    OdGeBulgeArc arc;
+    if (arc.set(from.point, to, from.bulge)) {
       const double deviation =
           worldDraw->deviation(kOdGiMaxDevForCurve, toWorld(toWorldMatrix, arc.center));
-      const int pieces = arcPieces(arc.sweep, arc.radius, deviation);
+      const int pieces = arc.numPieces(deviation);
       for (int k = 1; k < pieces; ++k)
         points.append(toWorld(toWorldMatrix, arc.pointAt(static_cast<double>(k) / pieces)));
     }
@@ -855,13 +773,13 @@ void OdDbPolyline::drawWithWidths(OdGiWorldDraw* worldDraw) const {
     const OdGePoint2d& to = m_vertices[(i + 1) % count].point;
     if (from.point.distanceTo(to) <= OdGeContext::gTol.equalPoint())
       continue;
-    BulgeArc arc;
-    const bool isArc = bulgeArc(from.point, to, from.bulge, arc);
+    OdGeBulgeArc arc;
+    const bool isArc = arc.set(from.point, to, from.bulge);
     int pieces = 1;
     if (isArc) {
       const double deviation =
           worldDraw->deviation(kOdGiMaxDevForCurve, toWorld(toWorldMatrix, arc.center));
-      pieces = arcPieces(arc.sweep, arc.radius, deviation);
+      pieces = arc.numPieces(deviation);
     }
     // The centreline point at fraction f of the segment, and the unit vector to its left.
     const auto sample = [&](double f, OdGePoint2d& point, OdGeVector2d& left) {
@@ -911,8 +829,8 @@ OdResult OdDbPolyline::subExplode(OdRxObjectPtrArray& entitySet) const {
     const OdGePoint2d& to = m_vertices[(i + 1) % count].point;
     if (from.point.distanceTo(to) <= OdGeContext::gTol.equalPoint())
       continue;
-    BulgeArc arc;
-    if (bulgeArc(from.point, to, from.bulge, arc)) {
+    OdGeBulgeArc arc;
+    if (arc.set(from.point, to, from.bulge)) {
       // An arc entity turns counter-clockwise about the same normal, so a clockwise segment
       // becomes the arc from its end to its start. Its plane axes are the polyline's.
       const double endAngle = arc.startAngle + arc.sweep;
@@ -948,8 +866,8 @@ bool OdDbPolyline::subGetPieces(OdDbCurvePieceArray& pieces) const {
     if (from.point.distanceTo(to) <= OdGeContext::gTol.equalPoint())
       continue;
     OdDbCurvePiece piece;
-    BulgeArc arc;
-    if (bulgeArc(from.point, to, from.bulge, arc)) {
+    OdGeBulgeArc arc;
+    if (arc.set(from.point, to, from.bulge)) {
       // Pieces turn counter-clockwise: a clockwise segment starts at its end.
       const double startAngle = arc.sweep > 0.0 ? arc.startAngle : arc.startAngle + arc.sweep;
       piece.kind = OdDbCurvePiece::kArc;
@@ -977,25 +895,19 @@ OdResult OdDbPolyline::subGetGeomExtents(OdGeExtents3d& extents) const {
   if (count == 0)
     return eInvalidExtents;
   const OdGeMatrix3d toWorldMatrix = planeToWorld();
-  const OdGeVector3d xAxis = toWorldMatrix.getCsXAxis();
-  const OdGeVector3d yAxis = toWorldMatrix.getCsYAxis();
+  double extremes[6];
+  const unsigned int numExtremes =
+      odgeCircleExtremeAngles(toWorldMatrix.getCsXAxis(), toWorldMatrix.getCsYAxis(), extremes);
   for (const Vertex& vertex : m_vertices)
     extents.addPoint(toWorld(toWorldMatrix, vertex.point));
   for (unsigned int i = 0; i < numSegments(); ++i) {
     const Vertex& from = m_vertices[i];
-    BulgeArc arc;
-    if (!bulgeArc(from.point, m_vertices[(i + 1) % count].point, from.bulge, arc))
+    OdGeBulgeArc arc;
+    if (!arc.set(from.point, m_vertices[(i + 1) % count].point, from.bulge))
       continue;
-    // Along world axis k the arc's coordinate is c + r (x_k cos a + y_k sin a), which is
-    // largest at a = atan2(y_k, x_k) and smallest half a turn further.
-    for (unsigned int k = 0; k < 3; ++k) {
-      if (xAxis[k] == 0.0 && yAxis[k] == 0.0)
-        continue;
-      const double extreme = std::atan2(yAxis[k], xAxis[k]);
-      for (double angle : {extreme, extreme + OdaPI}) {
-        if (arc.fractionAtAngle(angle) >= 0.0)
-          extents.addPoint(toWorld(toWorldMatrix, arc.pointAtAngle(angle)));
-      }
+    for (unsigned int k = 0; k < numExtremes; ++k) {
+      if (arc.fractionAtAngle(extremes[k]) >= 0.0)
+        extents.addPoint(toWorld(toWorldMatrix, arc.pointAtAngle(extremes[k])));
     }
   }
   return eOk;
@@ -1063,9 +975,8 @@ OdResult OdDbPolyline::subGetOsnapPoints(OdDb::OsnapMode osnapMode, OdGsMarker /
     break;
   case OdDb::kOsModeCen:
     for (unsigned int i = 0; i < numSegments(); ++i) {
-      BulgeArc arc;
-      if (bulgeArc(m_vertices[i].point, m_vertices[(i + 1) % count].point, m_vertices[i].bulge,
-                   arc))
+      OdGeBulgeArc arc;
+      if (arc.set(m_vertices[i].point, m_vertices[(i + 1) % count].point, m_vertices[i].bulge))
         snapPoints.append(toWorld(toWorldMatrix, arc.center));
     }
     break;
@@ -1081,8 +992,8 @@ OdResult OdDbPolyline::subGetOsnapPoints(OdDb::OsnapMode osnapMode, OdGsMarker /
     for (unsigned int i = 0; i < numSegments(); ++i) {
       const OdGePoint2d& p1 = m_vertices[i].point;
       const OdGePoint2d& p2 = m_vertices[(i + 1) % count].point;
-      BulgeArc arc;
-      if (bulgeArc(p1, p2, m_vertices[i].bulge, arc)) {
+      OdGeBulgeArc arc;
+      if (arc.set(p1, p2, m_vertices[i].bulge)) {
         // The perpendiculars to an arc run through its centre: the nearest and the farthest
         // point of the circle, where the arc covers them.
         const OdGeVector2d radial = from - arc.center;

@@ -194,7 +194,7 @@ bool OdDbPolygonPropertyPE::setPropAttributeByeId(OdDbEntity* entity, const OdVa
                                                   int group, int row) {
   if (group != 1)
     return EntityPropertyPE<OdDbGeoPolygon>::setPropAttributeByeId(entity, value, group, row);
-  castEntity(entity);
+  castEntity(entity); // throws for an entity of another class
   // Every value for the geometry group is refused, a well-formed side count included: the
   // grid has never changed a polygon's sides.
   return false;
