@@ -185,6 +185,10 @@ void OdGiProxyGraphicsWriter::putInt32(OdInt32 value) {
 }
 
 void OdGiProxyGraphicsWriter::putDouble(double value) {
+  // One zero: cross products give -0 for axis-aligned normals, and equal drawings should give
+  // equal bytes.
+  if (value == 0.0)
+    value = 0.0;
   OdUInt64 bits = 0;
   std::memcpy(&bits, &value, sizeof bits);
   putUInt32(static_cast<OdUInt32>(bits));
@@ -413,8 +417,8 @@ void OdGiProxyGraphicsWriter::circle(const OdGePoint3d& center, double radius,
     return;
   }
   if (isConformal(U, V))
-    writeWorldArc(worldCenter, radius * U.length(), N.normal(), U.normal(), Oda2PI,
-                  kOdGiArcSimple, true);
+    writeWorldArc(worldCenter, radius * U.length(), N.normal(), U.normal(), Oda2PI, kOdGiArcSimple,
+                  true);
   else
     writeOutline(worldCenter, U * radius, V * radius, Oda2PI, kOdGiArcSimple, true);
 }
@@ -526,8 +530,8 @@ void OdGiProxyGraphicsWriter::text(const OdGePoint3d& position, const OdGeVector
                                    double oblique, const OdString& msg) {
   OdGeVector3d along;
   OdGeVector3d up;
-  if (!isFinite(position) || !isFinite(normal) || !isFinite(direction) ||
-      !std::isfinite(height) || !std::isfinite(width) || !std::isfinite(oblique) ||
+  if (!isFinite(position) || !isFinite(normal) || !isFinite(direction) || !std::isfinite(height) ||
+      !std::isfinite(width) || !std::isfinite(oblique) ||
       !odgi::planeAxes(normal, &direction, along, up)) {
     skip();
     return;

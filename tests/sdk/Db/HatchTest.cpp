@@ -1,6 +1,7 @@
 #include "DbHatch.h"
 
 #include "DbDwgStreamFiler.h"
+#include "DbDxfItemFiler.h"
 #include "DbLine.h"
 #include "DbPolyline.h"
 #include "Gi/GiRecorder.h"
@@ -9,95 +10,25 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <string>
 #include <vector>
 
 namespace {
 
 typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
+typedef OdStaticRxObject<OdDbDxfItemFiler> DxfFiler;
 
-/// DXF items in memory, a point being one item at its first group code.
-class MemoryDxfFiler : public OdDbDxfFiler {
-public:
-  struct Item {
-    int code = 0;
-    double number = 0.0;
-    OdInt64 integer = 0;
-    OdString text;
-    OdGePoint3d point;
-  };
-  std::vector<Item> items;
-
-  void rewind() { m_next = 0; }
-  std::vector<int> codes() const {
-    std::vector<int> result;
-    for (const Item& item : items)
-      result.push_back(item.code);
-    return result;
-  }
-
-  OdDbDatabase* database() const override { return nullptr; }
-  OdDb::FilerType filerType() const override { return OdDb::kFileFiler; }
-  int nextItem() override { return m_next < items.size() ? items[m_next++].code : -1; }
-  void pushBackItem() override { --m_next; }
-  bool atEOF() override { return m_next >= items.size(); }
-  bool atSubclassData(const OdString& name) override {
-    if (m_next < items.size() && items[m_next].code == 100 && items[m_next].text == name) {
-      ++m_next;
-      return true;
-    }
-    return false;
-  }
-  bool atEndOfObject() override { return atEOF(); }
-  OdString rdString() override { return current().text; }
-  bool rdBool() override { return current().integer != 0; }
-  OdInt8 rdInt8() override { return static_cast<OdInt8>(current().integer); }
-  OdInt16 rdInt16() override { return static_cast<OdInt16>(current().integer); }
-  OdInt32 rdInt32() override { return static_cast<OdInt32>(current().integer); }
-  OdInt64 rdInt64() override { return current().integer; }
-  double rdDouble() override { return current().number; }
-  void rdPoint2d(OdGePoint2d& value) override { value = current().point.convert2d(); }
-  void rdPoint3d(OdGePoint3d& value) override { value = current().point; }
-  void rdVector2d(OdGeVector2d& value) override { value = current().point.asVector().convert2d(); }
-  void rdVector3d(OdGeVector3d& value) override { value = current().point.asVector(); }
-  OdDbHandle rdHandle() override { return OdDbHandle(); }
-  OdDbObjectId rdObjectId() override { return OdDbObjectId(); }
-  void rdBinaryChunk(OdUInt8Array&) override {}
-  void wrString(int code, const OdString& value) override { add(code).text = value; }
-  void wrBool(int code, bool value) override { add(code).integer = value; }
-  void wrInt8(int code, OdInt8 value) override { add(code).integer = value; }
-  void wrInt16(int code, OdInt16 value) override { add(code).integer = value; }
-  void wrInt32(int code, OdInt32 value) override { add(code).integer = value; }
-  void wrInt64(int code, OdInt64 value) override { add(code).integer = value; }
-  void wrDouble(int code, double value, int) override { add(code).number = value; }
-  void wrPoint2d(int code, const OdGePoint2d& value, int) override {
-    add(code).point = OdGePoint3d(value.x, value.y, 0.0);
-  }
-  void wrPoint3d(int code, const OdGePoint3d& value, int) override { add(code).point = value; }
-  void wrVector2d(int code, const OdGeVector2d& value, int) override {
-    add(code).point = OdGePoint3d(value.x, value.y, 0.0);
-  }
-  void wrVector3d(int code, const OdGeVector3d& value, int) override {
-    add(code).point = OdGePoint3d(value.x, value.y, value.z);
-  }
-  void wrHandle(int code, const OdDbHandle&) override { add(code); }
-  void wrObjectId(int code, const OdDbObjectId&) override { add(code); }
-  void wrSubclassMarker(const OdString& name) override { add(100).text = name; }
-  void wrBinaryChunk(int code, const OdUInt8*, OdUInt32) override { add(code); }
-  int precision() const override { return 16; }
-  bool includesDefaultValues() const override { return false; }
-
-private:
-  Item& add(int code) {
-    items.push_back(Item());
-    items.back().code = code;
-    return items.back();
-  }
-  const Item& current() const { return items[m_next - 1]; }
-  std::size_t m_next = 0;
-};
+/// The group codes of DXF items, in order.
+std::vector<int> codesOf(const OdDbDxfItemFiler::ItemArray& items) {
+  std::vector<int> codes(items.size());
+  std::transform(items.begin(), items.end(), codes.begin(),
+                 [](const OdDbDxfItemFiler::Item& item) { return item.code; });
+  return codes;
+}
 
 struct V {
   double x;
@@ -745,20 +676,24 @@ TEST_F(HatchTest, DxfRoundTripAndGroupOrder) {
   hatch->setElevation(1.5);
   hatch->setNormal(OdGeVector3d(0, 0, -1));
   hatch->setHatchStyle(OdDbHatch::kIgnore);
-  OdStaticRxObject<MemoryDxfFiler> filer;
+  DxfFiler filer;
+  filer.openForWrite();
   hatch->dxfOutFields(&filer);
-  const std::vector<int> codes = filer.codes();
+  ASSERT_EQ(eOk, filer.filerStatus());
+  const OdDbDxfItemFiler::ItemArray& items = filer.items();
+  const std::vector<int> codes = codesOf(items);
   std::size_t marker = 0;
-  while (marker < filer.items.size() && filer.items[marker].text != OdString(OD_T("AcDbHatch")))
+  while (marker < items.size() && items[marker].value != OdString(OD_T("AcDbHatch")))
     ++marker;
   const std::vector<int> hatchCodes(codes.begin() + marker, codes.end());
-  const std::vector<int> expected = {100, 10, 210, 2,  70, 71, 91, 92, 72, 73, 93,
-                                     10,  42, 10,  42, 10, 42, 97, 92, 72, 73, 93,
-                                     10,  10, 97,  75, 76, 52, 41, 77, 78, 98};
+  // Points and vectors take one group per coordinate: x at 10, y at 20, z at 30.
+  const std::vector<int> expected = {100, 10, 20, 30, 210, 220, 230, 2,  70, 71, 91, 92, 72, 73,
+                                     93,  10, 20, 42, 10,  20,  42,  10, 20, 42, 97, 92, 72, 73,
+                                     93,  10, 20, 10, 20,  97,  75,  76, 52, 41, 77, 78, 98};
   EXPECT_EQ(expected, hatchCodes);
-  for (const MemoryDxfFiler::Item& item : filer.items) {
+  for (const OdDbDxfItemFiler::Item& item : items) {
     if (item.code == 52) {
-      EXPECT_NEAR(45.0, item.number, 1e-12) << "angle in degrees";
+      EXPECT_NEAR(45.0, std::stod(item.value.toUtf8()), 1e-12) << "angle in degrees";
     }
   }
 

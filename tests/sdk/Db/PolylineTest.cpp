@@ -4,105 +4,29 @@
 #include "DbLine.h"
 
 #include "DbDwgStreamFiler.h"
+#include "DbDxfItemFiler.h"
 #include "Gi/GiRecorder.h"
 #include "RxDictionary.h"
 #include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
 namespace {
 
 typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
+typedef OdStaticRxObject<OdDbDxfItemFiler> DxfFiler;
 
-/// Keeps DXF items in memory as the platform's DXF filer presents them: a point is one item
-/// at its first group code.
-class MemoryDxfFiler : public OdDbDxfFiler {
-public:
-  struct Item {
-    int code = 0;
-    double number = 0.0;
-    OdInt64 integer = 0;
-    OdString text;
-    OdGePoint3d point;
-  };
-  std::vector<Item> items;
-
-  void rewind() { m_next = 0; }
-
-  OdDbDatabase* database() const override { return nullptr; }
-  OdDb::FilerType filerType() const override { return OdDb::kFileFiler; }
-
-  int nextItem() override { return m_next < items.size() ? items[m_next++].code : -1; }
-  void pushBackItem() override { --m_next; }
-  bool atEOF() override { return m_next >= items.size(); }
-  bool atSubclassData(const OdString& name) override {
-    if (m_next < items.size() && items[m_next].code == 100 && items[m_next].text == name) {
-      ++m_next;
-      return true;
-    }
-    return false;
-  }
-  bool atEndOfObject() override { return atEOF(); }
-
-  OdString rdString() override { return current().text; }
-  bool rdBool() override { return current().integer != 0; }
-  OdInt8 rdInt8() override { return static_cast<OdInt8>(current().integer); }
-  OdInt16 rdInt16() override { return static_cast<OdInt16>(current().integer); }
-  OdInt32 rdInt32() override { return static_cast<OdInt32>(current().integer); }
-  OdInt64 rdInt64() override { return current().integer; }
-  double rdDouble() override { return current().number; }
-  void rdPoint2d(OdGePoint2d& value) override { value = current().point.convert2d(); }
-  void rdPoint3d(OdGePoint3d& value) override { value = current().point; }
-  void rdVector2d(OdGeVector2d& value) override { value = current().point.asVector().convert2d(); }
-  void rdVector3d(OdGeVector3d& value) override { value = current().point.asVector(); }
-  OdDbHandle rdHandle() override { return OdDbHandle(); }
-  OdDbObjectId rdObjectId() override { return OdDbObjectId(); }
-  void rdBinaryChunk(OdUInt8Array&) override {}
-
-  void wrString(int code, const OdString& value) override { add(code).text = value; }
-  void wrBool(int code, bool value) override { add(code).integer = value; }
-  void wrInt8(int code, OdInt8 value) override { add(code).integer = value; }
-  void wrInt16(int code, OdInt16 value) override { add(code).integer = value; }
-  void wrInt32(int code, OdInt32 value) override { add(code).integer = value; }
-  void wrInt64(int code, OdInt64 value) override { add(code).integer = value; }
-  void wrDouble(int code, double value, int) override { add(code).number = value; }
-  void wrPoint2d(int code, const OdGePoint2d& value, int) override {
-    add(code).point = OdGePoint3d(value.x, value.y, 0.0);
-  }
-  void wrPoint3d(int code, const OdGePoint3d& value, int) override { add(code).point = value; }
-  void wrVector2d(int code, const OdGeVector2d& value, int) override {
-    add(code).point = OdGePoint3d(value.x, value.y, 0.0);
-  }
-  void wrVector3d(int code, const OdGeVector3d& value, int) override {
-    add(code).point = OdGePoint3d(value.x, value.y, value.z);
-  }
-  void wrHandle(int code, const OdDbHandle&) override { add(code); }
-  void wrObjectId(int code, const OdDbObjectId&) override { add(code); }
-  void wrSubclassMarker(const OdString& name) override { add(100).text = name; }
-  void wrBinaryChunk(int code, const OdUInt8*, OdUInt32) override { add(code); }
-  int precision() const override { return 16; }
-  bool includesDefaultValues() const override { return false; }
-
-  std::vector<int> codes() const {
-    std::vector<int> result;
-    for (const Item& item : items)
-      result.push_back(item.code);
-    return result;
-  }
-
-private:
-  Item& add(int code) {
-    items.push_back(Item());
-    items.back().code = code;
-    return items.back();
-  }
-  const Item& current() const { return items[m_next - 1]; }
-
-  std::size_t m_next = 0;
-};
+/// The group codes of DXF items, in order.
+std::vector<int> codesOf(const OdDbDxfItemFiler::ItemArray& items) {
+  std::vector<int> codes(items.size());
+  std::transform(items.begin(), items.end(), codes.begin(),
+                 [](const OdDbDxfItemFiler::Item& item) { return item.code; });
+  return codes;
+}
 
 class PolylineTest : public ::testing::Test {
 protected:
@@ -361,11 +285,14 @@ TEST_F(PolylineTest, ForgedCountsAreRefusedBeforeAllocating) {
 
 TEST_F(PolylineTest, DxfRoundTripAndGroupOrder) {
   OdDbPolylinePtr pline = makeFullPolyline();
-  OdStaticRxObject<MemoryDxfFiler> filer;
+  DxfFiler filer;
+  filer.openForWrite();
   pline->dxfOutFields(&filer);
-  const std::vector<int> expectedCodes = {100, 90, 70, 38, 39, 10, 40, 41, 42,
-                                          10,  40, 41, 10, 40, 41, 42, 210};
-  const std::vector<int> codes = filer.codes();
+  ASSERT_EQ(eOk, filer.filerStatus());
+  // Points and vectors take one group per coordinate: x at 10, y at 20, z at 30.
+  const std::vector<int> expectedCodes = {100, 90, 70, 38, 39, 10, 20, 40, 41,  42,  10,
+                                          20,  40, 41, 10, 20, 40, 41, 42, 210, 220, 230};
+  const std::vector<int> codes = codesOf(filer.items());
   ASSERT_GE(codes.size(), expectedCodes.size());
   // The entity's own groups come first; the polyline's are the tail.
   EXPECT_EQ(expectedCodes, std::vector<int>(codes.end() - expectedCodes.size(), codes.end()));
@@ -378,10 +305,12 @@ TEST_F(PolylineTest, DxfRoundTripAndGroupOrder) {
 TEST_F(PolylineTest, DxfConstantWidthIsOneGroup) {
   OdDbPolylinePtr pline = makePolyline({{0.0, 0.0, 0.0}, {1.0, 0.0, 0.0}});
   pline->setConstantWidth(2.0);
-  OdStaticRxObject<MemoryDxfFiler> filer;
+  DxfFiler filer;
+  filer.openForWrite();
   pline->dxfOutFields(&filer);
-  const std::vector<int> codes = filer.codes();
-  const std::vector<int> tail = {100, 90, 70, 43, 10, 10};
+  ASSERT_EQ(eOk, filer.filerStatus());
+  const std::vector<int> codes = codesOf(filer.items());
+  const std::vector<int> tail = {100, 90, 70, 43, 10, 20, 10, 20};
   EXPECT_EQ(tail, std::vector<int>(codes.end() - tail.size(), codes.end()));
   filer.rewind();
   OdDbPolylinePtr copy = OdDbPolyline::createObject();

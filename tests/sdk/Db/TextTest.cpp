@@ -363,8 +363,9 @@ TEST_F(TextDxf, RefusesBadValuesAndIgnoresUnknownStyles) {
     copy->setTextStyle(hzStyle);
     EXPECT_EQ(c.result, copy->dxfInFields(&filer)) << c.what;
     EXPECT_EQ(hzStyle, copy->textStyle()) << c.what;
-    if (c.result != eOk)
+    if (c.result != eOk) {
       EXPECT_EQ(2.5, copy->height()) << c.what;
+    }
   }
 }
 

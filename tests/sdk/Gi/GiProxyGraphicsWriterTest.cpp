@@ -179,14 +179,8 @@ TEST(GiProxyGraphicsWriter, PrimitiveCommandsHaveTheirExactLayout) {
                 OdString(u"AB"));
        },
        Writer::kUnicodeText,
-       Bytes()
-           .xyz(5, 6, 0)
-           .xyz(0, 0, 1)
-           .xyz(0, 1, 0)
-           .f64(2.5)
-           .f64(0.8)
-           .f64(0.25)
-           .raw({'A', 0, 'B', 0, 0, 0, 0, 0})},
+       Bytes().xyz(5, 6, 0).xyz(0, 0, 1).xyz(0, 1, 0).f64(2.5).f64(0.8).f64(0.25).raw(
+           {'A', 0, 'B', 0, 0, 0, 0, 0})},
   };
   for (const LayoutCase& c : cases) {
     SCOPED_TRACE(c.name);
@@ -293,9 +287,12 @@ TEST(GiProxyGraphicsWriter, EachColourMethodHasItsCommand) {
     OdUInt32 opcode;
     OdUInt32 value;
   } cases[] = {
-      {"by layer", 0xC0000100u, Writer::kColor, 256}, {"by block", 0xC1000000u, Writer::kColor, 0},
-      {"ACI", 0xC3000005u, Writer::kColor, 5},        {"RGB", 0xC2123456u, Writer::kTrueColor, 0xC2123456u},
-      {"foreground", 0xC5000000u, Writer::kColor, 7}, {"none", 0xC8000000u, Writer::kColor, 257},
+      {"by layer", 0xC0000100u, Writer::kColor, 256},
+      {"by block", 0xC1000000u, Writer::kColor, 0},
+      {"ACI", 0xC3000005u, Writer::kColor, 5},
+      {"RGB", 0xC2123456u, Writer::kTrueColor, 0xC2123456u},
+      {"foreground", 0xC5000000u, Writer::kColor, 7},
+      {"none", 0xC8000000u, Writer::kColor, 257},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -410,8 +407,7 @@ TEST(GiProxyGraphicsWriter, FillWrapsEachFilledPolygon) {
     if (command.opcode == Writer::kFill)
       fills.push_back(u32At(command.payload, 0));
   }
-  EXPECT_EQ(opcodes,
-            (std::vector<OdUInt32>{1, 14, 7, 20, 7, 20, 20, 7, 20, 6, 14, 20, 7, 20}));
+  EXPECT_EQ(opcodes, (std::vector<OdUInt32>{1, 14, 7, 20, 7, 20, 20, 7, 20, 6, 14, 20, 7, 20}));
   EXPECT_EQ(fills, (std::vector<OdUInt32>{1, 0, 1, 0, 1, 0}));
 }
 
@@ -534,11 +530,13 @@ TEST(GiProxyGraphicsWriter, ExtentsCommandMatchesWhatIsDrawn) {
        [](OdGiWorldGeometry& g) {
          g.circularArc(OdGePoint3d(), 1, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, -2.5);
        }},
-      {"text", [](OdGiWorldGeometry& g) {
+      {"text",
+       [](OdGiWorldGeometry& g) {
          g.text(OdGePoint3d(2, 0, 0), OdGeVector3d::kZAxis, OdGeVector3d(1, 1, 0), 2, 1, 0.3,
                 OD_T("abc"));
        }},
-      {"transformed", [](OdGiWorldGeometry& g) {
+      {"transformed",
+       [](OdGiWorldGeometry& g) {
          g.pushModelTransform(translation(100, 0, 0) * scaling(1, 3, 1));
          g.circle(OdGePoint3d(), 1, OdGeVector3d::kZAxis);
          g.popModelTransform();
@@ -585,7 +583,9 @@ TEST(GiProxyGraphicsWriter, DegeneratePrimitivesAreSkippedAndCounted) {
        [](Writer& w) { w.circle(OdGePoint3d(), kInf, OdGeVector3d::kZAxis); }},
       {"circle with zero normal", [](Writer& w) { w.circle(OdGePoint3d(), 1, OdGeVector3d()); }},
       {"circle through collinear points",
-       [](Writer& w) { w.circle(OdGePoint3d(0, 0, 0), OdGePoint3d(1, 0, 0), OdGePoint3d(2, 0, 0)); }},
+       [](Writer& w) {
+         w.circle(OdGePoint3d(0, 0, 0), OdGePoint3d(1, 0, 0), OdGePoint3d(2, 0, 0));
+       }},
       {"arc with NaN sweep",
        [](Writer& w) {
          w.circularArc(OdGePoint3d(), 1, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, kNaN);
@@ -669,8 +669,8 @@ protected:
   }
 };
 ODRX_DEFINE_PSEUDO_CONSTRUCTOR(ProxyWriterViewShape)
-ODRX_DEFINE_MEMBERS2(ProxyWriterViewShape, OdDbEntity, &ProxyWriterViewShape::pseudoConstructor,
-                     0, 0, 0, OD_T("PROXYWRITERVIEWSHAPE"), OdString::kEmpty)
+ODRX_DEFINE_MEMBERS2(ProxyWriterViewShape, OdDbEntity, &ProxyWriterViewShape::pseudoConstructor, 0,
+                     0, 0, OD_T("PROXYWRITERVIEWSHAPE"), OdString::kEmpty)
 
 class ProxyWriterEntityTest : public ProxyWriterTablesTest {
 protected:
@@ -776,9 +776,15 @@ private:
         out.push_back(static_cast<char16_t>(std::stoul(m_text.substr(m_at, 4), nullptr, 16)));
         m_at += 4;
         break;
-      case 'n': out.push_back(u'\n'); break;
-      case 't': out.push_back(u'\t'); break;
-      default: out.push_back(static_cast<char16_t>(escape)); break;
+      case 'n':
+        out.push_back(u'\n');
+        break;
+      case 't':
+        out.push_back(u'\t');
+        break;
+      default:
+        out.push_back(static_cast<char16_t>(escape));
+        break;
       }
     }
     return out;
