@@ -47,6 +47,10 @@ class OdDbDatabase : public OdRxObject {
   OdDbObjectId getLinetypeByLayerId() const { return m_linetypeByLayerId; }
   OdDbObjectId getLinetypeByBlockId() const { return m_linetypeByBlockId; }
   OdDbObjectId getLinetypeContinuousId() const { return m_linetypeContinuousId; }
+  /// The root of the drawing's dictionaries (a new drawing holds "ACAD_GROUP" there).
+  OdDbObjectId getNamedObjectsDictionaryId() const { return m_namedObjectsDictionaryId; }
+  /// The "ACAD_GROUP" dictionary, where the drawing's groups live under their names.
+  OdDbObjectId getGroupDictionaryId() const { return m_groupDictionaryId; }
 
   // System variables for new entities.
   OdCmColor getCECOLOR() const { return m_cecolor; }
@@ -98,6 +102,7 @@ private:
   OdGeVector3d m_ucsYAxis{0.0, 1.0, 0.0};
   OdDbObjectId m_modelSpaceId, m_paperSpaceId, m_layerZeroId;
   OdDbObjectId m_linetypeByLayerId, m_linetypeByBlockId, m_linetypeContinuousId;
+  OdDbObjectId m_namedObjectsDictionaryId, m_groupDictionaryId;
   OdCmColor m_cecolor;
   OdDbObjectId m_clayer, m_celtype;
   double m_celtscale = 1.0;

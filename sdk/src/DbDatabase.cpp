@@ -1,6 +1,7 @@
 #include "DbDatabase.h"
 
 #include "DbBlockTable.h"
+#include "DbDictionary.h"
 #include "DbLayerTable.h"
 #include "DbLinetypeTable.h"
 #include "DbStub.h"
@@ -73,6 +74,10 @@ OdDbDatabase::OdDbDatabase() : m_stubs(new Stubs) {
 
   m_clayer = m_layerZeroId;
   m_celtype = m_linetypeByLayerId;
+
+  OdDbDictionaryPtr namedObjects = OdDbDictionary::createObject();
+  m_namedObjectsDictionaryId = addOdDbObject(namedObjects);
+  m_groupDictionaryId = namedObjects->setAt(OD_T("ACAD_GROUP"), OdDbDictionary::createObject());
 }
 
 OdDbDatabase::~OdDbDatabase() {
@@ -204,9 +209,9 @@ void OdDbDatabase::setTEXTSTYLE(OdDbObjectId textStyleId) {
 void OdDbDatabase::setUcs(const OdGePoint3d& origin, const OdGeVector3d& xAxis,
                           const OdGeVector3d& yAxis) {
   const bool finite = std::isfinite(origin.x) && std::isfinite(origin.y) &&
-                      std::isfinite(origin.z) && std::isfinite(xAxis.x) &&
-                      std::isfinite(xAxis.y) && std::isfinite(xAxis.z) &&
-                      std::isfinite(yAxis.x) && std::isfinite(yAxis.y) && std::isfinite(yAxis.z);
+                      std::isfinite(origin.z) && std::isfinite(xAxis.x) && std::isfinite(xAxis.y) &&
+                      std::isfinite(xAxis.z) && std::isfinite(yAxis.x) && std::isfinite(yAxis.y) &&
+                      std::isfinite(yAxis.z);
   if (!finite || xAxis.isZeroLength() || yAxis.isZeroLength() ||
       !xAxis.normal().isPerpendicularTo(yAxis.normal()))
     throw OdError(eInvalidInput, OD_T("A UCS needs an origin and two perpendicular axes"));

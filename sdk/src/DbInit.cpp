@@ -5,14 +5,17 @@
 #include "DbArc.h"
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
+#include "DbDictionary.h"
 #include "DbEntity.h"
 #include "DbFiler.h"
+#include "DbGroup.h"
 #include "DbHatch.h"
 #include "DbLayerTable.h"
 #include "DbLine.h"
 #include "DbLinetypeTable.h"
 #include "DbPoint.h"
 #include "DbPolyline.h"
+#include "DbProxyEntity.h"
 #include "DbText.h"
 #include "DbTextStyleTable.h"
 #include "RxDictionary.h"
@@ -37,6 +40,7 @@
   X(OdDbHatch)                                                                                     \
   X(OdDbArc)                                                                                       \
   X(OdDbText)                                                                                      \
+  X(OdDbProxyEntity)                                                                               \
   X(OdDbSymbolTable)                                                                               \
   X(OdDbSymbolTableRecord)                                                                         \
   X(OdDbLayerTable)                                                                                \
@@ -46,7 +50,10 @@
   X(OdDbTextStyleTable)                                                                            \
   X(OdDbTextStyleTableRecord)                                                                      \
   X(OdDbBlockTable)                                                                                \
-  X(OdDbBlockTableRecord)
+  X(OdDbBlockTableRecord)                                                                          \
+  X(OdDbDictionary)                                                                                \
+  X(OdDbGroup)                                                                                     \
+  X(OdDbProxyObject)
 
 namespace {
 

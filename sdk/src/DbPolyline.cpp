@@ -63,6 +63,21 @@ bool isValidWidth(double width) {
   return std::isfinite(width) && width >= 0.0;
 }
 
+/// Whether what a filer read makes a polyline: finite numbers, no negative width, a normal
+/// with a direction. The DWG and DXF readers share it so that they refuse alike. A template
+/// because the vertex type is the polyline's own.
+template <class VertexArray>
+bool isValidReadContent(double elevation, double thickness, double constantWidth,
+                        const OdGeVector3d& normal, const VertexArray& vertices) {
+  if (!std::isfinite(elevation) || !std::isfinite(thickness) || !isValidWidth(constantWidth) ||
+      !isFinite(normal) || normal.isZeroLength())
+    return false;
+  return std::all_of(vertices.begin(), vertices.end(), [](const auto& vertex) {
+    return isFinite(vertex.point) && std::isfinite(vertex.bulge) &&
+           isValidWidth(vertex.startWidth) && isValidWidth(vertex.endWidth);
+  });
+}
+
 /// The fraction (0..1) of segment p1 -> p2 whose point is nearest to point.
 double closestFractionOnChord(const OdGePoint2d& point, const OdGePoint2d& p1,
                               const OdGePoint2d& p2) {
@@ -595,14 +610,8 @@ OdResult OdDbPolyline::dwgInFields(OdDbDwgFiler* filer) {
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
 
-  if (!std::isfinite(elevation) || !std::isfinite(thickness) || !isValidWidth(constantWidth) ||
-      !isFinite(normal) || normal.isZeroLength())
+  if (!isValidReadContent(elevation, thickness, constantWidth, normal, vertices))
     return eInvalidInput;
-  for (const Vertex& vertex : vertices) {
-    if (!isFinite(vertex.point) || !std::isfinite(vertex.bulge) ||
-        !isValidWidth(vertex.startWidth) || !isValidWidth(vertex.endWidth))
-      return eInvalidInput;
-  }
   m_vertices = vertices;
   m_closed = (flags & kClosed) != 0;
   m_plinegen = (flags & kPlinegen) != 0;
@@ -710,14 +719,8 @@ OdResult OdDbPolyline::dxfInFields(OdDbDxfFiler* filer) {
   }
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!std::isfinite(elevation) || !std::isfinite(thickness) || !isValidWidth(constantWidth) ||
-      !isFinite(normal) || normal.isZeroLength())
+  if (!isValidReadContent(elevation, thickness, constantWidth, normal, vertices))
     return eInvalidInput;
-  for (const Vertex& vertex : vertices) {
-    if (!isFinite(vertex.point) || !std::isfinite(vertex.bulge) ||
-        !isValidWidth(vertex.startWidth) || !isValidWidth(vertex.endWidth))
-      return eInvalidInput;
-  }
   m_vertices = vertices;
   m_closed = (flags & kDxfClosed) != 0;
   m_plinegen = (flags & kDxfPlinegen) != 0;
