@@ -11,9 +11,10 @@ class OdDbBlockTableRecord : public OdDbSymbolTableRecord {
   ODRX_DECLARE_MEMBERS(OdDbBlockTableRecord);
   OdDbBlockTableRecord() = default;
 
-  /// Adds a free-standing entity to the block's database and to the block. Throws
-  /// OdError(eNotInDatabase) when the block is not resident, OdError(eAlreadyInDb) for a
-  /// resident entity.
+  /// Adds a free-standing entity to the block's database and to the block; an entity already
+  /// resident in that database with this block as owner just joins the block. Throws
+  /// OdError(eNotInDatabase) when the block is not resident, OdError(eAlreadyInDb) for an
+  /// entity of another owner or one the block has.
   OdDbObjectId appendOdDbEntity(OdDbEntity* entity);
   /// The block's entities, erased ones left out, in the order they were added.
   OdDbObjectIdArray entityIds() const;

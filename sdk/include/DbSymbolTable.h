@@ -60,7 +60,8 @@ class OdDbSymbolTable : public OdDbObject {
   bool has(const OdString& name) const { return !getAt(name).isNull(); }
   bool has(const OdDbObjectId& recordId) const;
   /// Adds a named record of this table's record class to the table and to the table's
-  /// database. Throws OdError(eWrongObjectType) for a record of another table,
+  /// database; a record already resident in that database with this table as owner (added
+  /// under a handle of its own) just joins the table. Throws OdError(eWrongObjectType) for a record of another table,
   /// OdError(eInvalidSymbolTableName) for a missing name, OdError(eDuplicateKey) for a name the
   /// table has, OdError(eNotInDatabase) when the table itself is not resident.
   OdDbObjectId add(OdDbSymbolTableRecord* record);

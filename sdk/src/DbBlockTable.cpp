@@ -16,6 +16,15 @@ OdDbObjectId OdDbBlockTableRecord::appendOdDbEntity(OdDbEntity* entity) {
   if (!isDBRO() || !db)
     throw OdError(eNotInDatabase, OD_T("The block is not in a database"));
   assertWriteEnabled();
+  // A reader that keeps a file's handles adds the entity to the database under this block
+  // first; such an entity joins the block here.
+  if (entity->isDBRO()) {
+    if (entity->database() != db || entity->ownerId() != objectId() ||
+        m_entities.contains(entity->objectId()))
+      throw OdError(eAlreadyInDb, OD_T("The entity belongs elsewhere or is in the block"));
+    m_entities.append(entity->objectId());
+    return entity->objectId();
+  }
   // An entity that never had its properties set gets the drawing's current layer and
   // linetype, so that it names records that exist.
   if (entity->layerId().isNull())

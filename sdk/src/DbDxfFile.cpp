@@ -176,8 +176,13 @@ private:
     m_appidAcad = newHandle();
     m_dimstyleTable = newHandle();
     m_dimstyleStandard = newHandle();
-    m_rootDictionary = newHandle();
-    m_groupDictionary = newHandle();
+    // The database's own dictionaries keep their handles; their entries are not written yet.
+    m_rootDictionary = m_db->getNamedObjectsDictionaryId().isNull()
+                           ? newHandle()
+                           : m_db->getNamedObjectsDictionaryId().getHandle();
+    m_groupDictionary = m_db->getGroupDictionaryId().isNull()
+                            ? newHandle()
+                            : m_db->getGroupDictionaryId().getHandle();
     // BLOCK and ENDBLK of each block come last, two per block in block order.
     m_blockMarkers = m_nextHandle;
     m_handseed = static_cast<OdUInt64>(m_nextHandle) + 2 * m_blocks.size();

@@ -888,36 +888,14 @@ private:
 
   void appendOwned(OdDbObjectId tableId, const std::vector<OdDbObjectId>& ids) {
     OdDbSymbolTablePtr table = tableId.safeOpenObject(OdDb::kForWrite);
-    std::vector<OdDbObjectId> all;
-    for (OdDbSymbolTableIteratorPtr it = table->newIterator(); !it->done(); it->step())
-      all.push_back(it->getRecordId());
-    all.insert(all.end(), ids.begin(), ids.end());
-    OdStaticRxObject<OdDbDwgStreamFiler> filer;
-    filer.openForWrite(m_db);
-    table->OdDbObject::dwgOutFields(&filer);
-    filer.wrInt32(static_cast<OdInt32>(all.size()));
-    for (const OdDbObjectId& id : all)
-      filer.wrSoftOwnershipId(id);
-    filer.rewind();
-    if (table->dwgInFields(&filer) != eOk)
-      throw OdError(eDwgObjectImproperlyRead, OD_T("Cannot add a record to its table"));
+    for (const OdDbObjectId& id : ids)
+      table->add(OdDbSymbolTableRecord::cast(id.safeOpenObject(OdDb::kForWrite)));
   }
 
   void appendEntities(OdDbObjectId blockId, const std::vector<OdDbObjectId>& ids) {
     OdDbBlockTableRecordPtr block = blockId.safeOpenObject(OdDb::kForWrite);
-    OdDbObjectIdArray all = block->entityIds();
     for (const OdDbObjectId& id : ids)
-      all.append(id);
-    OdStaticRxObject<OdDbDwgStreamFiler> filer;
-    filer.openForWrite(m_db);
-    block->OdDbSymbolTableRecord::dwgOutFields(&filer);
-    filer.wrPoint3d(block->origin());
-    filer.wrInt32(static_cast<OdInt32>(all.size()));
-    for (const OdDbObjectId& id : all)
-      filer.wrHardOwnershipId(id);
-    filer.rewind();
-    if (block->dwgInFields(&filer) != eOk)
-      throw OdError(eDwgObjectImproperlyRead, OD_T("Cannot add entities to their block"));
+      block->appendOdDbEntity(OdDbEntity::cast(id.safeOpenObject(OdDb::kForWrite)));
   }
 
   void note(std::size_t line, const std::string& message) {

@@ -111,13 +111,19 @@ OdDbObjectId OdDbSymbolTable::add(OdDbSymbolTableRecord* record) {
   OdDbDatabase* db = database();
   if (!isDBRO() || !db)
     throw OdError(eNotInDatabase, OD_T("The table is not in a database"));
+  // A reader that keeps a file's handles adds the record to the database under this table
+  // first; such a record joins the table here.
+  const bool resident = record->isDBRO();
+  if (resident && (record->database() != db || record->ownerId() != objectId() ||
+                   has(record->objectId())))
+    throw OdError(eAlreadyInDb, OD_T("The record belongs elsewhere or is in the table"));
   const OdString name = record->getName();
   if (name.isEmpty())
     throw OdError(eInvalidSymbolTableName, OD_T("A record needs a name"));
   if (!getAt(name).isNull())
     throw OdError(eDuplicateKey, OD_T("Name in use: ") + name);
   assertWriteEnabled();
-  const OdDbObjectId id = db->addOdDbObject(record, objectId());
+  const OdDbObjectId id = resident ? record->objectId() : db->addOdDbObject(record, objectId());
   m_records.push_back(id);
   return id;
 }

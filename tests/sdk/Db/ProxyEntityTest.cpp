@@ -242,7 +242,6 @@ TEST_F(ProxyEntityTest, MetafileCutShortDrawsOnlyWholeCommands) {
 }
 
 TEST_F(ProxyEntityTest, MalformedCommandsEndTheReplay) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
   const struct {
     const char* what;
     void (*bad)(Metafile&);
@@ -259,7 +258,13 @@ TEST_F(ProxyEntityTest, MalformedCommandsEndTheReplay) {
          m.u32(0x00410041u).end(true);
        }},
       {"non-finite radius",
-       [](Metafile& m) { m.begin(2).point(0, 0).real(nan).point(0, 0, 1).end(true); }},
+       [](Metafile& m) {
+         m.begin(2)
+             .point(0, 0)
+             .real(std::numeric_limits<double>::quiet_NaN())
+             .point(0, 0, 1)
+             .end(true);
+       }},
       {"matrix cut short", [](Metafile& m) { m.begin(29).real(1).real(0).end(false); }},
   };
   for (const auto& c : cases) {

@@ -165,10 +165,10 @@ TEST(GiExtentsCollector, SectorsReachTheCentreAndThreePointArcsMatch) {
 
 TEST(GiExtentsCollector, TextBoxFromPositionDirectionHeightAndWidth) {
   {
-    // Default width: 0.8 x height x width factor per character.
+    // Default width: the text-metrics service, 0.6 x height x width factor per Latin character.
     OdGiExtentsCollector collector;
     collector.text(OdGePoint3d(1, 2, 0), kZ, OdGeVector3d(1, 0, 0), 2, 0.5, 0, OdString("abcd"));
-    expectBox(collector.extents(), OdGePoint3d(1, 2, 0), OdGePoint3d(1 + 0.8 * 2 * 0.5 * 4, 4, 0));
+    expectBox(collector.extents(), OdGePoint3d(1, 2, 0), OdGePoint3d(1 + 0.6 * 2 * 0.5 * 4, 4, 0));
   }
   {
     // A caller-supplied width, a vertical baseline, and a slant that leans the top forward.
@@ -184,7 +184,7 @@ TEST(GiExtentsCollector, TextBoxFromPositionDirectionHeightAndWidth) {
     collector.clear();
     collector.setTextWidthFunction(nullptr); // back to the default
     collector.text(OdGePoint3d(0, 0, 0), kZ, OdGeVector3d(1, 0, 0), 1, 1, 0, OdString("ab"));
-    expectBox(collector.extents(), OdGePoint3d(0, 0, 0), OdGePoint3d(1.6, 1, 0));
+    expectBox(collector.extents(), OdGePoint3d(0, 0, 0), OdGePoint3d(1.2, 1, 0));
   }
   {
     // Drawn through a model transform, text is placed like everything else.
@@ -192,7 +192,7 @@ TEST(GiExtentsCollector, TextBoxFromPositionDirectionHeightAndWidth) {
     collector.pushModelTransform(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 5)) *
                                  OdGeMatrix3d::scaling(2.0));
     collector.text(OdGePoint3d(0, 0, 0), kZ, OdGeVector3d(1, 0, 0), 1, 1, 0, OdString("a"));
-    expectBox(collector.extents(), OdGePoint3d(0, 0, 5), OdGePoint3d(1.6, 2, 5));
+    expectBox(collector.extents(), OdGePoint3d(0, 0, 5), OdGePoint3d(1.2, 2, 5));
   }
 }
 
