@@ -3,6 +3,7 @@
 // writer. The reader is in DbDxfFileReader.cpp.
 
 #include "DbDxfFile.h"
+#include "DbDxfProxy.h"
 
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
@@ -47,19 +48,19 @@ OdDbDxfFileHooks::readUnknownEntity(const OdString& /*dxfName*/,
 }
 
 namespace {
-OdDbDxfFileHooks g_defaultHooks;
-OdDbDxfFileHooks* g_hooks = &g_defaultHooks;
+// Null while the defaults are in use: module objects written and read as proxies.
+OdDbDxfFileHooks* g_installedHooks = nullptr;
 } // namespace
 
 OdDbDxfFileHooks* odDbSetDxfFileHooks(OdDbDxfFileHooks* hooks) {
-  OdDbDxfFileHooks* previous = g_hooks == &g_defaultHooks ? nullptr : g_hooks;
-  g_hooks = hooks ? hooks : &g_defaultHooks;
+  OdDbDxfFileHooks* previous = g_installedHooks;
+  g_installedHooks = hooks;
   return previous;
 }
 
 // Shared with the reader (declared there).
 OdDbDxfFileHooks* odDbDxfFileHooksInUse() {
-  return g_hooks;
+  return g_installedHooks ? g_installedHooks : odDbDxfProxyHooks();
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -165,7 +166,7 @@ private:
     m_linetypes = records<OdDbLinetypeTableRecord>(m_db->getLinetypeTableId());
     m_styles = records<OdDbTextStyleTableRecord>(m_db->getTextStyleTableId());
     m_blocks = records<OdDbBlockTableRecord>(m_db->getBlockTableId());
-    g_hooks->collectClasses(m_db, m_classes);
+    odDbDxfFileHooksInUse()->collectClasses(m_db, m_classes);
 
     m_nextHandle = m_db->handseed();
     m_vportTable = newHandle();
@@ -547,7 +548,7 @@ private:
     f.wrHandle(330, entity->ownerId().getHandle());
     const std::size_t common = f.items().size();
     OdString dxfName;
-    if (!g_hooks->writeObject(entity, m_classes, dxfName, &f)) {
+    if (!odDbDxfFileHooksInUse()->writeObject(entity, m_classes, dxfName, &f)) {
       dxfName = entity->isA()->dxfName();
       if (dxfName.isEmpty())
         throw WriteFailure{eNotImplemented, OD_T("Cannot write a ") + entity->isA()->name() +

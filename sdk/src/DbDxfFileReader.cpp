@@ -4,6 +4,7 @@
 // through an item filer. Any fault throws a ReadFailure that ends the load with nothing kept.
 
 #include "DbDxfFile.h"
+#include "DbDxfProxy.h"
 
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
@@ -835,7 +836,8 @@ private:
     m_filer.openForRead(m_items, m_db);
 
     const OdString dxfName = text(o.type);
-    OdRxClass* cls = odrxClassByDxfName(dxfName);
+    // Proxies carry another class's data: the hooks read them, never the proxy class itself.
+    OdRxClass* cls = o.type == "ACAD_PROXY_ENTITY" ? nullptr : odrxClassByDxfName(dxfName);
     OdDbEntityPtr entity;
     if (cls && cls->isDerivedFrom(OdDbEntity::desc())) {
       entity = OdDbEntity::cast(cls->create());
@@ -853,8 +855,15 @@ private:
                  " cannot be read: " + odResultText(result) +
                  (result == eKeyNotFound ? " (a layer or linetype the file does not define)" : ""));
     } else {
-      entity = OdDbEntity::cast(
-          odDbDxfFileHooksInUse()->readUnknownEntity(dxfName, m_classes, &m_filer));
+      try {
+        entity = OdDbEntity::cast(
+            odDbDxfFileHooksInUse()->readUnknownEntity(dxfName, m_classes, &m_filer));
+      } catch (const OdDbDxfProxyReadError& e) {
+        const std::size_t at = first + e.item();
+        fail(at < last ? o.groups[at].line + 1 : o.line, e.description().toUtf8());
+      } catch (const OdError& e) {
+        fail(o.line, o.type + " " + trimmed(handleGroup->value) + ": " + e.description().toUtf8());
+      }
       if (entity.isNull()) {
         note(o.line, "skipped an entity of unknown type " + o.type);
         m_keptOut.push_back(handle);
