@@ -37,7 +37,8 @@ names=(ci-release ci-asan)
 status=()
 run_configuration ci-release -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCUSTENTS_WERROR=ON
 status+=($?)
-run_configuration ci-asan -DCMAKE_BUILD_TYPE=Debug -DCUSTENTS_SANITIZE=ON -DCUSTENTS_WERROR=ON
+run_configuration ci-asan -DCMAKE_BUILD_TYPE=Debug -DCUSTENTS_SANITIZE=ON -DCUSTENTS_WERROR=ON \
+  -DCUSTENTS_BUILD_BENCH=OFF
 status+=($?)
 
 echo

@@ -130,7 +130,9 @@ private:
   AppNameChangeFuncPtr m_appNameChange = nullptr;
   OdRxModule* m_module = nullptr;
   void* m_userData = nullptr;
-  OdArray<std::pair<const OdRxClass*, OdRxObjectPtr>> m_extensions;
+  /// Each extension keeps its protocol class alive while it is attached, so a protocol class
+  /// unregistered before its extensions are detached is still a valid key.
+  OdArray<std::pair<OdRxClassPtr, OdRxObjectPtr>> m_extensions;
 };
 
 /// Creates a class descriptor and registers it in the class dictionary under className (and

@@ -111,8 +111,8 @@ OdDbProxyData proxyDataOf(const OdDbObject* object) {
 
   OdDbProxyReferenceArray references;
   if (!decodeHandles(filer.handleBuffer(), filer.handleBitSize(), references))
-    throw OdError(eInvalidInput, OD_T("The handle stream of a ") + cls->name() +
-                                     OD_T(" cannot be read back"));
+    throw OdError(eInvalidInput,
+                  OD_T("The handle stream of a ") + cls->name() + OD_T(" cannot be read back"));
   for (const OdDbProxyReference& reference : references)
     if (groupOfReference(reference.code) == 0)
       throw OdError(eNotImplemented, OD_T("A ") + cls->name() +
@@ -182,7 +182,9 @@ void writeBinary(OdDbDxfFiler* filer, int code, const OdUInt8Array& bytes) {
     filer->wrBinaryChunk(code, bytes.getPtr(), static_cast<OdUInt32>(bytes.size()));
 }
 
-OdString number(long long value) { return OdString::fromUtf8(std::to_string(value)); }
+OdString number(long long value) {
+  return OdString::fromUtf8(std::to_string(value));
+}
 
 /// The groups of one proxy as read from the filer's items.
 struct ProxyGroups {
@@ -280,8 +282,7 @@ OdDbDxfProxyHooks* odDbDxfProxyHooks() {
   return &hooks;
 }
 
-void OdDbDxfProxyHooks::collectClasses(OdDbDatabase* db,
-                                       std::vector<OdDbDxfClassRecord>& records) {
+void OdDbDxfProxyHooks::collectClasses(OdDbDatabase* db, std::vector<OdDbDxfClassRecord>& records) {
   if (!db)
     return;
   std::vector<OdDbBlockTableRecordPtr> blocks;
@@ -462,9 +463,10 @@ OdDbObjectPtr OdDbDxfProxyHooks::readUnknownEntity(const OdString& dxfName,
   const long long classNumber = groups.integer(classItem);
   if (classNumber < kFirstClassNumber ||
       classNumber - kFirstClassNumber >= static_cast<long long>(classes.size()))
-    groups.fail(classItem, OD_T("class number ") + items[classItem].value +
-                               OD_T(" has no CLASS record"));
-  const OdDbDxfClassRecord& record = classes[static_cast<std::size_t>(classNumber - kFirstClassNumber)];
+    groups.fail(classItem,
+                OD_T("class number ") + items[classItem].value + OD_T(" has no CLASS record"));
+  const OdDbDxfClassRecord& record =
+      classes[static_cast<std::size_t>(classNumber - kFirstClassNumber)];
   if (!record.isEntity)
     groups.fail(classItem, OD_T("class ") + record.cppClassName +
                                OD_T(" of an ACAD_PROXY_ENTITY is not an entity class"));

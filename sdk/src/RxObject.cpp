@@ -245,7 +245,7 @@ OdRxObjectPtr OdRxClass::addX(const OdRxClass* protocolClass, OdRxObject* protoc
   if (!protocolClass)
     throw OdError(eInvalidInput, OD_T("addX needs a protocol class"));
   for (auto& entry : m_extensions) {
-    if (entry.first == protocolClass) {
+    if (entry.first.get() == protocolClass) {
       OdRxObjectPtr previous = entry.second;
       if (protocolObject)
         entry.second = protocolObject;
@@ -255,21 +255,21 @@ OdRxObjectPtr OdRxClass::addX(const OdRxClass* protocolClass, OdRxObject* protoc
     }
   }
   if (protocolObject)
-    m_extensions.append(std::make_pair(protocolClass, OdRxObjectPtr(protocolObject)));
+    m_extensions.append(std::make_pair(OdRxClassPtr(protocolClass), OdRxObjectPtr(protocolObject)));
   return OdRxObjectPtr();
 }
 
 OdRxObjectPtr OdRxClass::getX(const OdRxClass* protocolClass) const {
   for (const OdRxClass* cls = this; cls; cls = cls->m_parent.get())
     for (const auto& entry : cls->m_extensions)
-      if (entry.first == protocolClass)
+      if (entry.first.get() == protocolClass)
         return entry.second;
   return OdRxObjectPtr();
 }
 
 OdRxObjectPtr OdRxClass::delX(const OdRxClass* protocolClass) {
   for (unsigned i = 0; i < m_extensions.size(); ++i) {
-    if (m_extensions[i].first == protocolClass) {
+    if (m_extensions[i].first.get() == protocolClass) {
       OdRxObjectPtr removed = m_extensions[i].second;
       m_extensions.removeAt(i);
       return removed;
@@ -281,6 +281,6 @@ OdRxObjectPtr OdRxClass::delX(const OdRxClass* protocolClass) {
 OdArray<const OdRxClass*> OdRxClass::extensionClasses() const {
   OdArray<const OdRxClass*> result;
   for (const auto& entry : m_extensions)
-    result.append(entry.first);
+    result.append(entry.first.get());
   return result;
 }

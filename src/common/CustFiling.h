@@ -21,7 +21,7 @@ OdResult refuseDxfIn(OdDbObject* object, OdDbDxfFiler* filer);
 /// format version. Reading refuses a version newer than the one the class writes.
 template <class Base> class PlainFiled : public Base {
 public:
-  static const OdInt16 kCurrentVersion = 1;
+  static constexpr OdInt16 kCurrentVersion = 1;
 
   OdResult dwgInFields(OdDbDwgFiler* filer) override {
     this->assertWriteEnabled();

@@ -9,7 +9,7 @@ class OdDbGeo3dRect : public custents::GeoRectBody<OdDbGeo3dRect> {
   ODRX_DECLARE_MEMBERS(OdDbGeo3dRect);
 
   /// The format version this class writes and the newest it reads.
-  static const OdInt16 s_kCurrentVersionNumber = 1;
+  static constexpr OdInt16 s_kCurrentVersionNumber = 1;
 
   OdDbGeo3dRect() = default;
   OdDbGeo3dRect(const OdGePoint3d& p1, const OdGePoint3d& p2);

@@ -10,7 +10,7 @@ class OdDbGeoRect : public custents::GeoRectBody<OdDbGeoRect> {
   ODRX_DECLARE_MEMBERS(OdDbGeoRect);
 
   /// The format version this class writes and the newest it reads.
-  static const OdInt16 s_kCurrentVersionNumber = 1;
+  static constexpr OdInt16 s_kCurrentVersionNumber = 1;
 
   OdDbGeoRect() = default;
   OdDbGeoRect(const OdGePoint3d& p1, const OdGePoint3d& p2);

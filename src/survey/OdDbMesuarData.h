@@ -10,7 +10,7 @@ class OdDbMesuarData : public OdDbEntity {
   ODRX_DECLARE_MEMBERS(OdDbMesuarData);
 
   /// The only format version whose text is kept on reading.
-  static const OdInt16 kCurrentVersion = 5;
+  static constexpr OdInt16 kCurrentVersion = 5;
 
   OdDbMesuarData() = default;
 

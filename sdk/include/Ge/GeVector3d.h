@@ -46,7 +46,9 @@ public:
   double operator[](unsigned int i) const { return i == 0 ? x : (i == 1 ? y : z); }
   double& operator[](unsigned int i) { return i == 0 ? x : (i == 1 ? y : z); }
 
-  double length() const { return std::sqrt(lengthSqrd()); }
+  /// Exact for any finite components: scaled so that huge ones do not overflow to infinity
+  /// and tiny ones do not vanish.
+  double length() const;
   double lengthSqrd() const { return x * x + y * y + z * z; }
   double dotProduct(const OdGeVector3d& v) const { return x * v.x + y * v.y + z * v.z; }
   OdGeVector3d crossProduct(const OdGeVector3d& v) const {

@@ -3,14 +3,30 @@
 #include "Ge/GeMatrix3d.h"
 #include "OdError.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 const OdGeVector3d OdGeVector3d::kIdentity(0.0, 0.0, 0.0);
 const OdGeVector3d OdGeVector3d::kXAxis(1.0, 0.0, 0.0);
 const OdGeVector3d OdGeVector3d::kYAxis(0.0, 1.0, 0.0);
 const OdGeVector3d OdGeVector3d::kZAxis(0.0, 0.0, 1.0);
 
+double OdGeVector3d::length() const {
+  const double largest = std::max(std::fabs(x), std::max(std::fabs(y), std::fabs(z)));
+  if (largest == 0.0 || !std::isfinite(largest))
+    return largest;
+  const double sx = x / largest, sy = y / largest, sz = z / largest;
+  return largest * std::sqrt(sx * sx + sy * sy + sz * sz);
+}
+
 OdGeVector3d OdGeVector3d::normal(const OdGeTol& tol) const {
   const double len = length();
   if (len <= tol.equalVector())
+    return *this;
+  // A vector that is unit length to a few ulps stays as it is, so that normalising is
+  // idempotent: a normal read from a drawing and written back keeps its exact bits.
+  if (std::fabs(len - 1.0) <= 4 * std::numeric_limits<double>::epsilon())
     return *this;
   return OdGeVector3d(x / len, y / len, z / len);
 }

@@ -5,6 +5,7 @@
 #include "DbDxfProxy.h"
 
 #include "DbBlockTable.h"
+#include "DbFiler.h"
 #include "DbDatabase.h"
 #include "DbLayerTable.h"
 #include "DbLine.h"
@@ -40,7 +41,7 @@ public:
     if (base != eOk)
       return base;
     if (filer->rdInt16() != 7)
-      return eMakeMeProxy;
+      return eDwgObjectImproperlyRead;
     center = filer->rdPoint3d();
     radius = filer->rdDouble();
     label = filer->rdString();
@@ -64,8 +65,8 @@ protected:
 };
 
 ODRX_DEFINE_PSEUDO_CONSTRUCTOR(ProxyTestShape)
-ODRX_DEFINE_MEMBERS2(ProxyTestShape, OdDbEntity, &ProxyTestShape::pseudoConstructor, 33, 55,
-                     3071, OD_T("PROXYTESTSHAPE"), OD_T("ProxyTestShape|Description:"))
+ODRX_DEFINE_MEMBERS2(ProxyTestShape, OdDbEntity, &ProxyTestShape::pseudoConstructor, 33, 55, 3071,
+                     OD_T("PROXYTESTSHAPE"), OD_T("ProxyTestShape|Description:"))
 
 /// Stands in for a loaded module so that classes registered under it count as module classes.
 class StandInModule : public OdRxModule {
@@ -157,8 +158,7 @@ TEST_F(DxfProxyTest, ModuleEntityIsWrittenAsProxyWithClassRecord) {
   const std::string text = readAll(file("a.dxf"));
   // One CLASS record for both shapes, the groups in the fixed order.
   EXPECT_NE(text.find("  0\nCLASS\n  1\nPROXYTESTSHAPE\n  2\nProxyTestShape\n  3\n"
-                      "ProxyTestShape|Description:\n 90\n     3071\n 91\n        2\n280\n     0\n"
-                      "281\n     1\n"),
+                      "ProxyTestShape|Description:\n 90\n3071\n 91\n2\n280\n0\n281\n1\n"),
             std::string::npos);
   EXPECT_EQ(text.find("PROXYTESTSHAPE", text.find("ENTITIES")), std::string::npos);
   const std::size_t first = text.find("ACAD_PROXY_ENTITY");
@@ -167,9 +167,11 @@ TEST_F(DxfProxyTest, ModuleEntityIsWrittenAsProxyWithClassRecord) {
   const std::string proxy = text.substr(first, text.find("\n  0\n", first) - first);
   // Subclass order, ids, class number, versions, graphics, strings, data, handles, end.
   std::vector<std::string> expected = {"100\nAcDbEntity", "8\nShapes", "100\nAcDbProxyEntity",
-                                       " 90\n      498", " 91\n      500", " 71\n    33",
-                                       " 97\n       55", " 70\n     0", "160\n", "162\n",
-                                       "311\n", "161\n", "310\n", "330\n", "340\n", " 94\n        0"};
+                                       " 90\n498",        " 91\n500",  " 71\n33",
+                                       " 97\n55",         " 70\n0",    "160\n",
+                                       "162\n",           "311\n",     "161\n",
+                                       "310\n",           "330\n",     "340\n",
+                                       " 94\n0"};
   std::size_t at = 0;
   for (const std::string& piece : expected) {
     const std::size_t found = proxy.find(piece, at);
@@ -220,15 +222,15 @@ TEST_F(DxfProxyTest, UnknownClassStaysProxyAndIsWrittenBackUnchanged) {
   EXPECT_EQ(proxy->proxyFlags(), 3071u);
   EXPECT_EQ(proxy->graphicsMetafileType(), OdDbProxyEntity::kFullGraphics);
   EXPECT_FALSE(proxy->proxyData().strings().isEmpty());
-  EXPECT_EQ(proxy->proxyData().references().size(), 3u); // owner, layer, marker
+  EXPECT_EQ(proxy->proxyData().references().size(), 4u); // owner, layer, linetype, marker
 
   ASSERT_EQ(odDbWriteDxf(loaded, OdString::fromUtf8(file("b.dxf"))), eOk);
   // Only the class record changes: the class was not loaded when the proxy was written.
   const std::string again = readAll(file("b.dxf"));
   std::string expectedFixed = written;
-  const std::size_t record = expectedFixed.find("280\n     0\n");
+  const std::size_t record = expectedFixed.find("280\n0\n");
   ASSERT_NE(record, std::string::npos);
-  expectedFixed.replace(record, 11, "280\n     1\n");
+  expectedFixed.replace(record, 6, "280\n1\n");
   EXPECT_EQ(again, expectedFixed);
 
   // Loading the class again makes the kept bytes a live object once more.
@@ -247,10 +249,10 @@ TEST_F(DxfProxyTest, MalformedProxyGroupsAreRefusedWithTheirLine) {
   const std::string good = readAll(file("a.dxf"));
   const std::size_t proxyLine = lineOf(good, "ACAD_PROXY_ENTITY");
   ASSERT_GT(proxyLine, 0u);
-  const std::size_t classLine = lineOf(good, "      500", proxyLine);
+  const std::size_t classLine = lineOf(good, "500", proxyLine);
   const std::size_t dataLine = lineOf(good, "161", proxyLine) + 1;
   const std::size_t graphicsLine = lineOf(good, "160", proxyLine) + 1;
-  const std::size_t endLine = lineOf(good, "        0", lineOf(good, " 94", proxyLine));
+  const std::size_t endLine = lineOf(good, "0", lineOf(good, " 94", proxyLine));
   const std::size_t firstDataHex = lineOf(good, "310", dataLine) + 1;
 
   struct Case {
@@ -261,26 +263,21 @@ TEST_F(DxfProxyTest, MalformedProxyGroupsAreRefusedWithTheirLine) {
   };
   const std::vector<Case> cases = {
       {"class number without a record",
-       [&](std::vector<std::string>& l) { l[classLine - 1] = "      509"; }, classLine,
+       [&](std::vector<std::string>& l) { l[classLine - 1] = "509"; }, classLine,
        "has no CLASS record"},
       {"data size larger than the data",
-       [&](std::vector<std::string>& l) { l[dataLine - 1] += "0"; }, dataLine,
-       "does not match"},
+       [&](std::vector<std::string>& l) { l[dataLine - 1] += "0"; }, dataLine, "does not match"},
       {"graphics size off by one",
-       [&](std::vector<std::string>& l) { l[graphicsLine - 1] = std::to_string(
-                                              std::stoll(l[graphicsLine - 1]) + 1); },
-       graphicsLine, "does not match"},
-      {"odd hex digits",
-       [&](std::vector<std::string>& l) { l[firstDataHex - 1] += "A"; }, firstDataHex,
-       "even number of hex digits"},
-      {"not 498",
-       [&](std::vector<std::string>& l) { l[classLine - 3] = "      499"; }, classLine - 2,
-       "498"},
-      {"no end of the handle list",
        [&](std::vector<std::string>& l) {
-         l[endLine - 2] = " 95";
+         l[graphicsLine - 1] = std::to_string(std::stoll(l[graphicsLine - 1]) + 1);
        },
-       endLine - 1, "has no place"},
+       graphicsLine, "does not match"},
+      {"odd hex digits", [&](std::vector<std::string>& l) { l[firstDataHex - 1] += "A"; },
+       firstDataHex, "even number of hex digits"},
+      {"not 498", [&](std::vector<std::string>& l) { l[classLine - 3] = "499"; }, classLine - 2,
+       "498"},
+      {"a group with no place in proxy data",
+       [&](std::vector<std::string>& l) { l[endLine - 2] = " 95"; }, endLine, "has no place"},
   };
   for (const Case& c : cases) {
     std::vector<std::string> lines;
@@ -299,8 +296,8 @@ TEST_F(DxfProxyTest, MalformedProxyGroupsAreRefusedWithTheirLine) {
     EXPECT_TRUE(loaded.isNull()) << c.name;
     EXPECT_NE(error.toUtf8().find("line " + std::to_string(c.line) + ":"), std::string::npos)
         << c.name << ": " << error.toUtf8();
-    EXPECT_NE(error.toUtf8().find(c.message), std::string::npos) << c.name << ": "
-                                                                  << error.toUtf8();
+    EXPECT_NE(error.toUtf8().find(c.message), std::string::npos)
+        << c.name << ": " << error.toUtf8();
   }
 }
 

@@ -242,3 +242,25 @@ TEST(GeTol, ScalarHelpersIncludeTheBoundary) {
 }
 
 } // namespace
+
+TEST(GeVector3dRobustness, HugeComponentsKeepTheirLengthAndNormalisingIsIdempotent) {
+  struct Case {
+    OdGeVector3d v;
+    double length;
+  } cases[] = {
+      {OdGeVector3d(1e200, 0, 0), 1e200},
+      {OdGeVector3d(3e200, 4e200, 0), 5e200},
+      {OdGeVector3d(3e-200, 0, 4e-200), 5e-200},
+      {OdGeVector3d(0, 1, 1), std::sqrt(2.0)},
+  };
+  for (const Case& c : cases) {
+    EXPECT_DOUBLE_EQ(c.v.length(), c.length);
+    const OdGeVector3d once = c.v.normal(OdGeTol(0.0, 0.0));
+    EXPECT_NEAR(once.length(), 1.0, 1e-15);
+    const OdGeVector3d twice = once.normal();
+    // Bit for bit: a normal read back from a drawing must not drift.
+    EXPECT_EQ(twice.x, once.x);
+    EXPECT_EQ(twice.y, once.y);
+    EXPECT_EQ(twice.z, once.z);
+  }
+}
