@@ -2,16 +2,11 @@
 
 #include "Ge/GePoint2d.h"
 #include "OdError.h"
+#include "common/NotLoaded.h"
 
 namespace custents {
 
-OdDbLinePtr newOutlineLine() {
-  // The text runs the prefix twice and has no blank before "is": hosts and users have always
-  // seen it so.
-  if (!OdDbLine::desc())
-    throw OdError(OdString(u"OdDbOdDbLineis not loaded"));
-  return OdDbLine::createObject();
-}
+OdDbLinePtr newOutlineLine() { return createStandardEntity<OdDbLine>(OD_T("Line")); }
 
 OdDbPolylinePtr closedOutline(const OdGePoint3d* points, unsigned int count) {
   if (!OdDbPolyline::desc())

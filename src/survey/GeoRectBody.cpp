@@ -1,5 +1,7 @@
 #include "GeoRectBody.h"
 
+#include "common/NotLoaded.h"
+
 #include "DbFiler.h"
 #include "DbLine.h"
 #include "OdDbGeo3dRect.h"
@@ -136,9 +138,8 @@ OdResult GeoRectBody<Derived>::subExplode(OdRxObjectPtrArray& entitySet) const {
   assertReadEnabled();
   for (int i = 0; i < 4; ++i) {
     OdSmartPtr<OdDbLine> line = newLine(m_rect.corners[i], m_rect.corners[(i + 1) % 4]);
-    // The text is run together from "OdDb", the class name and "is not loaded"; hosts match it.
     if (line.isNull())
-      throw OdError(OdString(u"OdDbOdDbLineis not loaded"));
+      throw notLoadedError(OD_T("Line"));
     line->setPropertiesFrom(this);
     entitySet.append(OdRxObjectPtr(line.get()));
   }

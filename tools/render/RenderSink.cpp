@@ -24,22 +24,6 @@ constexpr double kCapHeightPerEm = 1493.0 / 2048.0;
 /// The steepest slant drawn, as CAD programs limit it (85 degrees).
 constexpr double kMaxOblique = 85.0 * kPi / 180.0;
 
-/// Orthonormal axes (u, v) of the plane with this normal, u along xHint projected into the
-/// plane (or the arbitrary-axis X without a hint), u x v the unit normal. False for a zero
-/// normal or a hint with no component in the plane.
-bool planeAxes(const OdGeVector3d& normal, const OdGeVector3d* xHint, OdGeVector3d& u,
-               OdGeVector3d& v) {
-  if (normal.isZeroLength())
-    return false;
-  const OdGeVector3d n = normal.normal();
-  const OdGeVector3d x = xHint ? xHint->orthoProject(n) : n.perpVector();
-  if (x.isZeroLength())
-    return false;
-  u = x.normal();
-  v = n.crossProduct(u);
-  return true;
-}
-
 bool isFinite(const PixelPoint& point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
 }
@@ -64,22 +48,22 @@ int arcSegments(double radiusPixels, double sweep) {
 } // namespace
 
 RenderSink::RenderSink(RenderScene& scene, const ViewTransform& view, StyleResolver& styles)
-    : m_scene(scene), m_view(view), m_styles(styles),
-      m_viewport(static_cast<const OdGiWorldGeometry*>(this)) {
+    : m_scene(scene), m_view(view), m_styles(styles) {
   // The same plan view the picture shows, so view-dependent graphics match it.
   const double centerX = (0.5 * scene.width - view.offsetX) / view.scale;
   const double centerY = (view.offsetY - 0.5 * scene.height) / view.scale;
-  m_viewport.setView(OdGePoint3d(centerX, centerY, 0.0), OdGeVector3d::kZAxis,
-                     OdGeVector3d::kYAxis);
-  m_viewport.setPixelsPerUnit(view.scale);
-  m_viewport.setViewportDcCorners(OdGePoint2d(0.0, 0.0), OdGePoint2d(scene.width, scene.height));
+  fixedViewport().setView(OdGePoint3d(centerX, centerY, 0.0), OdGeVector3d::kZAxis,
+                          OdGeVector3d::kYAxis);
+  fixedViewport().setPixelsPerUnit(view.scale);
+  fixedViewport().setViewportDcCorners(OdGePoint2d(0.0, 0.0),
+                                       OdGePoint2d(scene.width, scene.height));
 }
 
 void RenderSink::drawEntity(const OdDbEntity* entity) {
   resetTraits();
-  m_transforms.clear();
+  clearModelTransforms();
   m_entityLayer = entity->layerId();
-  m_database = entity->database();
+  setDatabase(entity->database());
   setTrueColor(entity->entityColor());
   setLayer(m_entityLayer);
   setLineType(entity->linetypeId());
@@ -89,32 +73,10 @@ void RenderSink::drawEntity(const OdDbEntity* entity) {
     if (!entity->worldDraw(this))
       entity->viewportDraw(this);
   } catch (...) {
-    m_transforms.clear();
+    clearModelTransforms();
     throw;
   }
-  m_transforms.clear();
-}
-
-// The drawing interfaces hand out non-const references from const members, as the SDK's do:
-// drawing into a sink changes it even when the sink is reached through a const draw context.
-OdGiGeometry& RenderSink::rawGeometry() const {
-  return static_cast<OdGiWorldGeometry&>(const_cast<RenderSink&>(*this));
-}
-
-RenderSink& RenderSink::geometry() const {
-  return const_cast<RenderSink&>(*this);
-}
-
-OdGiViewport& RenderSink::viewport() const {
-  return const_cast<OdGiFixedViewport&>(m_viewport);
-}
-
-OdGiSubEntityTraits& RenderSink::subEntityTraits() const {
-  return const_cast<RenderSink&>(*this);
-}
-
-OdGiContext* RenderSink::context() const {
-  return const_cast<RenderSink*>(this);
+  clearModelTransforms();
 }
 
 double RenderSink::deviation(const OdGiDeviationType, const OdGePoint3d&) const {
@@ -131,12 +93,12 @@ void RenderSink::commit(ScenePrimitive&& primitive) {
 }
 
 PixelPoint RenderSink::toPixels(const OdGePoint3d& modelPoint) const {
-  const OdGePoint3d world = m_transforms.empty() ? modelPoint : m_transforms.back() * modelPoint;
+  const OdGePoint3d world = toWorld(modelPoint);
   return m_view.toPixels(world.x, world.y);
 }
 
 PixelPoint RenderSink::vectorToPixels(const OdGeVector3d& modelVector) const {
-  const OdGeVector3d world = m_transforms.empty() ? modelVector : m_transforms.back() * modelVector;
+  const OdGeVector3d world = toWorld(modelVector);
   return m_view.vectorToPixels(world.x, world.y);
 }
 
@@ -176,19 +138,10 @@ void RenderSink::addEllipseArc(const PixelPoint& center, const PixelPoint& u, co
 void RenderSink::circle(const OdGePoint3d& center, double radius, const OdGeVector3d& normal) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!(radius >= 0.0) || !std::isfinite(radius) || !planeAxes(normal, nullptr, u, v))
+  if (!circleAxes(radius, normal, nullptr, u, v))
     return;
   addEllipseArc(toPixels(center), vectorToPixels(u * radius), vectorToPixels(v * radius), 2.0 * kPi,
                 kOdGiArcSimple, true);
-}
-
-void RenderSink::circle(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint,
-                        const OdGePoint3d& thirdPoint) {
-  OdGePoint3d center;
-  double radius = 0.0;
-  OdGeVector3d normal;
-  if (odgiCircleThrough3Points(firstPoint, secondPoint, thirdPoint, center, radius, normal))
-    circle(center, radius, normal);
 }
 
 void RenderSink::circularArc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
@@ -196,26 +149,10 @@ void RenderSink::circularArc(const OdGePoint3d& center, double radius, const OdG
                              OdGiArcType arcType) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!(radius >= 0.0) || !std::isfinite(radius) || !std::isfinite(sweepAngle) ||
-      !planeAxes(normal, &startVector, u, v))
+  if (!std::isfinite(sweepAngle) || !circleAxes(radius, normal, &startVector, u, v))
     return;
   addEllipseArc(toPixels(center), vectorToPixels(u * radius), vectorToPixels(v * radius),
                 sweepAngle, arcType, false);
-}
-
-void RenderSink::circularArc(const OdGePoint3d& start, const OdGePoint3d& point,
-                             const OdGePoint3d& end, OdGiArcType arcType) {
-  OdGePoint3d center;
-  double radius = 0.0;
-  OdGeVector3d normal;
-  OdGeVector3d startVector;
-  double sweep = 0.0;
-  if (odgiArcThrough3Points(start, point, end, center, radius, normal, startVector, sweep)) {
-    circularArc(center, radius, normal, startVector, sweep, arcType);
-    return;
-  }
-  const OdGePoint3d points[3] = {start, point, end};
-  polyline(3, points);
 }
 
 void RenderSink::polyline(OdInt32 numVertices, const OdGePoint3d* vertexList,
@@ -304,19 +241,6 @@ void RenderSink::xline(const OdGePoint3d& firstPoint, const OdGePoint3d& secondP
 
 void RenderSink::ray(const OdGePoint3d& basePoint, const OdGePoint3d& throughPoint) {
   addLineThroughPicture(basePoint, throughPoint, false);
-}
-
-void RenderSink::pushModelTransform(const OdGeMatrix3d& xfm) {
-  m_transforms.push_back(getModelToWorldTransform() * xfm);
-}
-
-void RenderSink::popModelTransform() {
-  if (!m_transforms.empty())
-    m_transforms.pop_back();
-}
-
-OdGeMatrix3d RenderSink::getModelToWorldTransform() const {
-  return m_transforms.empty() ? OdGeMatrix3d() : m_transforms.back();
 }
 
 } // namespace render

@@ -5,15 +5,10 @@
 /// turns each primitive into pixels of the scene with the colour and width the traits in force
 /// resolve to.
 
-#include "Ge/GeMatrix3d.h"
-#include "Gi/GiFixedViewport.h"
-#include "Gi/GiSubEntityTraitsData.h"
-#include "Gi/GiWorldDraw.h"
+#include "Gi/GiBaseSink.h"
 #include "RenderScene.h"
 #include "StyleResolver.h"
 #include "ViewFit.h"
-
-#include <vector>
 
 class OdDbEntity;
 
@@ -30,17 +25,10 @@ namespace render {
 /// non-finite radius, a zero normal, a start vector or text direction with no component in
 /// the plane, collinear points for a three-point circle; and text with no height or no string.
 /// A pop without a push is ignored.
-class RenderSink : public OdGiWorldDraw,
-                   public OdGiViewportDraw,
-                   public OdGiWorldGeometry,
-                   public OdGiViewportGeometry,
-                   public OdGiSubEntityTraitsState,
-                   public OdGiContext {
+class RenderSink : public OdGiBaseSink {
 public:
   /// The sink adds to scene (whose size must be set) through view; both must outlive it.
   RenderSink(RenderScene& scene, const ViewTransform& view, StyleResolver& styles);
-  RenderSink(const RenderSink&) = delete;
-  RenderSink& operator=(const RenderSink&) = delete;
 
   /// Draws one entity with its own properties as the starting traits: worldDraw, and
   /// viewportDraw when worldDraw returns false. Exceptions from the entity pass through, with
@@ -48,30 +36,16 @@ public:
   void drawEntity(const OdDbEntity* entity);
 
   // OdGiCommonDraw, OdGiWorldDraw, OdGiViewportDraw.
-  OdGiGeometry& rawGeometry() const override;
-  /// Covariant with both the world and the viewport geometry.
-  RenderSink& geometry() const override;
-  OdGiViewport& viewport() const override;
-  OdGiSubEntityTraits& subEntityTraits() const override;
-  OdGiContext* context() const override;
   OdGiRegenType regenType() const override { return kOdGiStandardDisplay; }
-  bool regenAbort() const override { return false; }
   /// A quarter pixel in drawing units, so that tessellated curves look smooth.
   double deviation(const OdGiDeviationType, const OdGePoint3d&) const override;
-  bool isDragging() const override { return false; }
-  OdUInt32 numberOfIsolines() const override { return 4; }
-
-  // OdGiContext.
-  OdDbDatabase* database() const override { return m_database; }
 
   // OdGiGeometry.
+  using OdGiBaseSink::circle;
+  using OdGiBaseSink::circularArc;
   void circle(const OdGePoint3d& center, double radius, const OdGeVector3d& normal) override;
-  void circle(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint,
-              const OdGePoint3d& thirdPoint) override;
   void circularArc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
                    const OdGeVector3d& startVector, double sweepAngle,
-                   OdGiArcType arcType = kOdGiArcSimple) override;
-  void circularArc(const OdGePoint3d& start, const OdGePoint3d& point, const OdGePoint3d& end,
                    OdGiArcType arcType = kOdGiArcSimple) override;
   void polyline(OdInt32 numVertices, const OdGePoint3d* vertexList,
                 const OdGeVector3d* pNormal = nullptr, OdGsMarker baseSubEntMarker = -1) override;
@@ -80,9 +54,6 @@ public:
             double height, double width, double oblique, const OdString& msg) override;
   void xline(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint) override;
   void ray(const OdGePoint3d& basePoint, const OdGePoint3d& throughPoint) override;
-  void pushModelTransform(const OdGeMatrix3d& xfm) override;
-  void popModelTransform() override;
-  OdGeMatrix3d getModelToWorldTransform() const override;
 
 private:
   /// Gives the primitive the colour and width the traits in force resolve to and adds it to
@@ -102,10 +73,6 @@ private:
   StyleResolver& m_styles;
   /// The layer of the entity being drawn; primitives drawn with a null layer take it.
   OdDbStub* m_entityLayer = nullptr;
-  OdDbDatabase* m_database = nullptr;
-  /// Each entry is the full model-to-world product at its depth.
-  std::vector<OdGeMatrix3d> m_transforms;
-  OdGiFixedViewport m_viewport;
 };
 
 } // namespace render

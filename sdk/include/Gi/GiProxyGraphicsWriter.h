@@ -6,11 +6,8 @@
 /// still shows the entity as it was drawn.
 
 #include "DbObjectId.h"
-#include "Ge/GeMatrix3d.h"
+#include "Gi/GiBaseSink.h"
 #include "Gi/GiExtentsCollector.h"
-#include "Gi/GiFixedViewport.h"
-#include "Gi/GiSubEntityTraitsData.h"
-#include "Gi/GiWorldDraw.h"
 #include "OdArray.h"
 #include "OdString.h"
 
@@ -54,12 +51,7 @@ class OdDbEntity;
 /// nothing and counted in skippedPrimitives(). A zero polyline normal is treated as no
 /// normal. A three-point arc through collinear points is written as the polyline start, point,
 /// end. A pop without a push is ignored.
-class OdGiProxyGraphicsWriter : public OdGiWorldDraw,
-                                public OdGiViewportDraw,
-                                public OdGiWorldGeometry,
-                                public OdGiViewportGeometry,
-                                public OdGiSubEntityTraitsState,
-                                public OdGiContext {
+class OdGiProxyGraphicsWriter : public OdGiBaseSink {
 public:
   /// The command numbers of the metafile that this writer uses.
   enum Opcode : OdUInt32 {
@@ -86,12 +78,10 @@ public:
   static constexpr int kSegmentsPerTurn = 128;
 
   explicit OdGiProxyGraphicsWriter(OdDbDatabase* database = nullptr);
-  OdGiProxyGraphicsWriter(const OdGiProxyGraphicsWriter&) = delete;
-  OdGiProxyGraphicsWriter& operator=(const OdGiProxyGraphicsWriter&) = delete;
 
   /// The drawing whose layer and linetype tables number the layer and linetype commands, and
   /// what context()->database() reports. Forgets table orders computed from the previous one.
-  void setDatabase(OdDbDatabase* database);
+  void setDatabase(OdDbDatabase* database) override;
   /// Numbers layers by this order instead of the database's layer table (for a file whose
   /// tables are written in another order). An empty array goes back to the database's order.
   void setLayerOrder(const OdDbObjectIdArray& layerIds);
@@ -118,34 +108,15 @@ public:
   /// Primitives refused as degenerate since the last reset.
   unsigned skippedPrimitives() const { return m_skipped; }
 
-  /// The view viewport drawing sees; its model transforms are this writer's.
-  OdGiFixedViewport& fixedViewport() { return m_viewport; }
-
-  // OdGiCommonDraw, OdGiWorldDraw, OdGiViewportDraw. The regen type is
-  // kOdGiSaveWorldDrawForProxy.
-  OdGiGeometry& rawGeometry() const override;
-  /// Covariant with both the world and the viewport geometry.
-  OdGiProxyGraphicsWriter& geometry() const override;
-  OdGiViewport& viewport() const override;
-  OdGiSubEntityTraits& subEntityTraits() const override;
-  OdGiContext* context() const override;
+  // OdGiCommonDraw, OdGiWorldDraw, OdGiViewportDraw.
   OdGiRegenType regenType() const override { return kOdGiSaveWorldDrawForProxy; }
-  bool regenAbort() const override { return false; }
-  double deviation(const OdGiDeviationType, const OdGePoint3d&) const override { return 0.0; }
-  bool isDragging() const override { return false; }
-  OdUInt32 numberOfIsolines() const override { return 4; }
-
-  // OdGiContext.
-  OdDbDatabase* database() const override { return m_database; }
 
   // OdGiGeometry.
+  using OdGiBaseSink::circle;
+  using OdGiBaseSink::circularArc;
   void circle(const OdGePoint3d& center, double radius, const OdGeVector3d& normal) override;
-  void circle(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint,
-              const OdGePoint3d& thirdPoint) override;
   void circularArc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
                    const OdGeVector3d& startVector, double sweepAngle,
-                   OdGiArcType arcType = kOdGiArcSimple) override;
-  void circularArc(const OdGePoint3d& start, const OdGePoint3d& point, const OdGePoint3d& end,
                    OdGiArcType arcType = kOdGiArcSimple) override;
   void polyline(OdInt32 numVertices, const OdGePoint3d* vertexList,
                 const OdGeVector3d* pNormal = nullptr, OdGsMarker baseSubEntMarker = -1) override;
@@ -154,9 +125,10 @@ public:
             double height, double width, double oblique, const OdString& msg) override;
   void xline(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint) override;
   void ray(const OdGePoint3d& basePoint, const OdGePoint3d& throughPoint) override;
-  void pushModelTransform(const OdGeMatrix3d& xfm) override;
-  void popModelTransform() override;
-  OdGeMatrix3d getModelToWorldTransform() const override;
+
+protected:
+  /// Three-point circles through collinear points count as skipped.
+  void refused() override { skip(); }
 
 private:
   /// What the reader's state holds after the commands written so far.
@@ -198,9 +170,6 @@ private:
   SentTraits m_sent;
   /// Measures the world primitives as written, for the extents command.
   OdGiExtentsCollector m_extents;
-  std::vector<OdGeMatrix3d> m_transforms;
-  OdGiFixedViewport m_viewport;
-  OdDbDatabase* m_database = nullptr;
   OdDbObjectIdArray m_layerOrder;
   OdDbObjectIdArray m_linetypeOrder;
   bool m_layerOrderGiven = false;

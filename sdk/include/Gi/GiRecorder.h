@@ -5,10 +5,7 @@
 /// with the traits in force when it was drawn. Tests assert on what an entity draws through
 /// it, and tools that need the primitives themselves (exploding, writing) read them from it.
 
-#include "Ge/GeMatrix3d.h"
-#include "Gi/GiFixedViewport.h"
-#include "Gi/GiSubEntityTraitsData.h"
-#include "Gi/GiWorldDraw.h"
+#include "Gi/GiBaseSink.h"
 #include "OdString.h"
 
 #include <cstddef>
@@ -53,16 +50,9 @@ struct OdGiRecord {
 /// non-finite radius, a zero normal, an arc start vector or text direction with no component
 /// in the plane, a three-point circle through collinear points. A three-point arc through
 /// collinear points is recorded as the polyline start, point, end.
-class OdGiRecorder : public OdGiWorldDraw,
-                     public OdGiViewportDraw,
-                     public OdGiWorldGeometry,
-                     public OdGiViewportGeometry,
-                     public OdGiSubEntityTraitsState,
-                     public OdGiContext {
+class OdGiRecorder : public OdGiBaseSink {
 public:
   OdGiRecorder();
-  OdGiRecorder(const OdGiRecorder&) = delete;
-  OdGiRecorder& operator=(const OdGiRecorder&) = delete;
 
   const std::vector<OdGiRecord>& records() const { return m_records; }
   /// How many records of this kind were drawn.
@@ -73,24 +63,14 @@ public:
   void reset();
 
   // Session settings an entity may ask about.
-  void setDatabase(OdDbDatabase* database) { m_database = database; }
   void setRegenType(OdGiRegenType regenType) { m_regenType = regenType; }
   void setRegenAbort(bool abort) { m_regenAbort = abort; }
   /// Returned for every deviation type; 0 (the default) leaves tessellation to the entity.
   void setDeviation(double deviation) { m_deviation = deviation; }
   void setDragging(bool dragging) { m_dragging = dragging; }
   void setNumberOfIsolines(OdUInt32 isolines) { m_isolines = isolines; }
-  /// The view viewport drawing sees; its model transforms are this recorder's.
-  OdGiFixedViewport& fixedViewport() { return m_viewport; }
-  /// How many model transforms are pushed.
-  std::size_t modelTransformDepth() const { return m_transforms.size(); }
 
   // OdGiCommonDraw, OdGiWorldDraw, OdGiViewportDraw.
-  OdGiGeometry& rawGeometry() const override;
-  /// Covariant with both the world and the viewport geometry.
-  OdGiRecorder& geometry() const override;
-  OdGiSubEntityTraits& subEntityTraits() const override;
-  OdGiContext* context() const override;
   OdGiRegenType regenType() const override { return m_regenType; }
   bool regenAbort() const override { return m_regenAbort; }
   double deviation(const OdGiDeviationType, const OdGePoint3d&) const override {
@@ -98,19 +78,13 @@ public:
   }
   bool isDragging() const override { return m_dragging; }
   OdUInt32 numberOfIsolines() const override { return m_isolines; }
-  OdGiViewport& viewport() const override;
-
-  // OdGiContext.
-  OdDbDatabase* database() const override { return m_database; }
 
   // OdGiGeometry.
+  using OdGiBaseSink::circle;
+  using OdGiBaseSink::circularArc;
   void circle(const OdGePoint3d& center, double radius, const OdGeVector3d& normal) override;
-  void circle(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint,
-              const OdGePoint3d& thirdPoint) override;
   void circularArc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
                    const OdGeVector3d& startVector, double sweepAngle,
-                   OdGiArcType arcType = kOdGiArcSimple) override;
-  void circularArc(const OdGePoint3d& start, const OdGePoint3d& point, const OdGePoint3d& end,
                    OdGiArcType arcType = kOdGiArcSimple) override;
   void polyline(OdInt32 numVertices, const OdGePoint3d* vertexList,
                 const OdGeVector3d* pNormal = nullptr, OdGsMarker baseSubEntMarker = -1) override;
@@ -119,20 +93,12 @@ public:
             double height, double width, double oblique, const OdString& msg) override;
   void xline(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint) override;
   void ray(const OdGePoint3d& basePoint, const OdGePoint3d& throughPoint) override;
-  void pushModelTransform(const OdGeMatrix3d& xfm) override;
-  void popModelTransform() override;
-  OdGeMatrix3d getModelToWorldTransform() const override;
 
 private:
   OdGiRecord& add(OdGiRecord::Kind kind);
-  OdGePoint3d toWorld(const OdGePoint3d& point) const;
   void addPoints(OdGiRecord::Kind kind, OdInt32 numVertices, const OdGePoint3d* vertexList);
 
   std::vector<OdGiRecord> m_records;
-  /// Each entry is the full model-to-world product at its depth.
-  std::vector<OdGeMatrix3d> m_transforms;
-  OdGiFixedViewport m_viewport;
-  OdDbDatabase* m_database = nullptr;
   OdGiRegenType m_regenType = kOdGiStandardDisplay;
   bool m_regenAbort = false;
   double m_deviation = 0.0;

@@ -11,36 +11,14 @@ double OdGiExtentsCollector::defaultTextWidth(const OdString& text, double heigh
 }
 
 OdGiExtentsCollector::OdGiExtentsCollector(OdDbDatabase* database)
-    : m_textWidth(&defaultTextWidth), m_viewport(static_cast<const OdGiWorldGeometry*>(this)),
-      m_database(database) {}
+    : OdGiBaseSink(database), m_textWidth(&defaultTextWidth) {}
 
 void OdGiExtentsCollector::setTextWidthFunction(TextWidthFunction function) {
   m_textWidth = function ? std::move(function) : TextWidthFunction(&defaultTextWidth);
 }
 
-// Non-const references from const members, as the SDK's drawing interfaces hand them out.
-OdGiGeometry& OdGiExtentsCollector::rawGeometry() const {
-  return static_cast<OdGiWorldGeometry&>(const_cast<OdGiExtentsCollector&>(*this));
-}
-
-OdGiExtentsCollector& OdGiExtentsCollector::geometry() const {
-  return const_cast<OdGiExtentsCollector&>(*this);
-}
-
-OdGiViewport& OdGiExtentsCollector::viewport() const {
-  return const_cast<OdGiFixedViewport&>(m_viewport);
-}
-
-OdGiSubEntityTraits& OdGiExtentsCollector::subEntityTraits() const {
-  return const_cast<OdGiExtentsCollector&>(*this);
-}
-
-OdGiContext* OdGiExtentsCollector::context() const {
-  return const_cast<OdGiExtentsCollector*>(this);
-}
-
 void OdGiExtentsCollector::addModelPoint(const OdGePoint3d& point) {
-  m_extents.addPoint(m_transforms.empty() ? point : m_transforms.back() * point);
+  m_extents.addPoint(toWorld(point));
 }
 
 void OdGiExtentsCollector::addPoints(OdInt32 numVertices, const OdGePoint3d* vertexList) {
@@ -93,19 +71,10 @@ void OdGiExtentsCollector::circle(const OdGePoint3d& center, double radius,
                                   const OdGeVector3d& normal) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!(radius >= 0.0) || !odgi::isFinite(radius) || !odgi::planeAxes(normal, nullptr, u, v))
+  if (!circleAxes(radius, normal, nullptr, u, v))
     return;
   const OdGeMatrix3d xfm = getModelToWorldTransform();
   addEllipticArc(m_extents, xfm * center, xfm * (u * radius), xfm * (v * radius), 0.0, true);
-}
-
-void OdGiExtentsCollector::circle(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint,
-                                  const OdGePoint3d& thirdPoint) {
-  OdGePoint3d center;
-  double radius = 0.0;
-  OdGeVector3d normal;
-  if (odgiCircleThrough3Points(firstPoint, secondPoint, thirdPoint, center, radius, normal))
-    circle(center, radius, normal);
 }
 
 void OdGiExtentsCollector::circularArc(const OdGePoint3d& center, double radius,
@@ -113,8 +82,7 @@ void OdGiExtentsCollector::circularArc(const OdGePoint3d& center, double radius,
                                        double sweepAngle, OdGiArcType arcType) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!(radius >= 0.0) || !odgi::isFinite(radius) || !odgi::isFinite(sweepAngle) ||
-      !odgi::planeAxes(normal, &startVector, u, v))
+  if (!odgi::isFinite(sweepAngle) || !circleAxes(radius, normal, &startVector, u, v))
     return;
   const OdGeMatrix3d xfm = getModelToWorldTransform();
   const OdGePoint3d worldCenter = xfm * center;
@@ -123,21 +91,6 @@ void OdGiExtentsCollector::circularArc(const OdGePoint3d& center, double radius,
   // A sector is closed through the centre; a chord only joins the ends already counted.
   if (arcType == kOdGiArcSector)
     m_extents.addPoint(worldCenter);
-}
-
-void OdGiExtentsCollector::circularArc(const OdGePoint3d& start, const OdGePoint3d& point,
-                                       const OdGePoint3d& end, OdGiArcType arcType) {
-  OdGePoint3d center;
-  double radius = 0.0;
-  OdGeVector3d normal;
-  OdGeVector3d startVector;
-  double sweep = 0.0;
-  if (odgiArcThrough3Points(start, point, end, center, radius, normal, startVector, sweep)) {
-    circularArc(center, radius, normal, startVector, sweep, arcType);
-    return;
-  }
-  const OdGePoint3d points[3] = {start, point, end};
-  addPoints(3, points);
 }
 
 void OdGiExtentsCollector::polyline(OdInt32 numVertices, const OdGePoint3d* vertexList,
@@ -176,17 +129,4 @@ void OdGiExtentsCollector::xline(const OdGePoint3d& firstPoint, const OdGePoint3
 void OdGiExtentsCollector::ray(const OdGePoint3d& basePoint, const OdGePoint3d& throughPoint) {
   addModelPoint(basePoint);
   addModelPoint(throughPoint);
-}
-
-void OdGiExtentsCollector::pushModelTransform(const OdGeMatrix3d& xfm) {
-  m_transforms.push_back(getModelToWorldTransform() * xfm);
-}
-
-void OdGiExtentsCollector::popModelTransform() {
-  if (!m_transforms.empty())
-    m_transforms.pop_back();
-}
-
-OdGeMatrix3d OdGiExtentsCollector::getModelToWorldTransform() const {
-  return m_transforms.empty() ? OdGeMatrix3d() : m_transforms.back();
 }

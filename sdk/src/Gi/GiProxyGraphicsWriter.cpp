@@ -52,11 +52,10 @@ OdDbObjectIdArray tableOrder(const OdDbObjectId& tableId) {
 
 } // namespace
 
-OdGiProxyGraphicsWriter::OdGiProxyGraphicsWriter(OdDbDatabase* database)
-    : m_viewport(static_cast<const OdGiWorldGeometry*>(this)), m_database(database) {}
+OdGiProxyGraphicsWriter::OdGiProxyGraphicsWriter(OdDbDatabase* database) : OdGiBaseSink(database) {}
 
 void OdGiProxyGraphicsWriter::setDatabase(OdDbDatabase* database) {
-  m_database = database;
+  OdGiBaseSink::setDatabase(database);
   m_extents.setDatabase(database);
   m_tableOrdersRead = false;
 }
@@ -98,7 +97,7 @@ void OdGiProxyGraphicsWriter::reset() {
   m_commands = 0;
   m_sent = SentTraits();
   m_extents.clear();
-  m_transforms.clear();
+  clearModelTransforms();
   resetTraits();
   m_skipped = 0;
   // Tables may have changed since the last metafile.
@@ -135,27 +134,6 @@ OdUInt8Array OdGiProxyGraphicsWriter::data() const {
 
 OdUInt32 OdGiProxyGraphicsWriter::numCommands() const {
   return m_commands == 0 ? 0 : m_commands + 1;
-}
-
-// Non-const references from const members, as the SDK's drawing interfaces hand them out.
-OdGiGeometry& OdGiProxyGraphicsWriter::rawGeometry() const {
-  return static_cast<OdGiWorldGeometry&>(const_cast<OdGiProxyGraphicsWriter&>(*this));
-}
-
-OdGiProxyGraphicsWriter& OdGiProxyGraphicsWriter::geometry() const {
-  return const_cast<OdGiProxyGraphicsWriter&>(*this);
-}
-
-OdGiViewport& OdGiProxyGraphicsWriter::viewport() const {
-  return const_cast<OdGiFixedViewport&>(m_viewport);
-}
-
-OdGiSubEntityTraits& OdGiProxyGraphicsWriter::subEntityTraits() const {
-  return const_cast<OdGiProxyGraphicsWriter&>(*this);
-}
-
-OdGiContext* OdGiProxyGraphicsWriter::context() const {
-  return const_cast<OdGiProxyGraphicsWriter*>(this);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -215,10 +193,10 @@ void OdGiProxyGraphicsWriter::readTableOrders() {
     return;
   m_tableOrdersRead = true;
   if (!m_layerOrderGiven)
-    m_layerOrder = m_database ? tableOrder(m_database->getLayerTableId()) : OdDbObjectIdArray();
+    m_layerOrder = database() ? tableOrder(database()->getLayerTableId()) : OdDbObjectIdArray();
   if (!m_linetypeOrderGiven)
     m_linetypeOrder =
-        m_database ? tableOrder(m_database->getLinetypeTableId()) : OdDbObjectIdArray();
+        database() ? tableOrder(database()->getLinetypeTableId()) : OdDbObjectIdArray();
 }
 
 OdInt32 OdGiProxyGraphicsWriter::layerIndex(OdDbStub* layer) {
@@ -423,19 +401,6 @@ void OdGiProxyGraphicsWriter::circle(const OdGePoint3d& center, double radius,
     writeOutline(worldCenter, U * radius, V * radius, Oda2PI, kOdGiArcSimple, true);
 }
 
-void OdGiProxyGraphicsWriter::circle(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint,
-                                     const OdGePoint3d& thirdPoint) {
-  OdGePoint3d center;
-  double radius = 0.0;
-  OdGeVector3d normal;
-  if (!isFinite(firstPoint) || !isFinite(secondPoint) || !isFinite(thirdPoint) ||
-      !odgiCircleThrough3Points(firstPoint, secondPoint, thirdPoint, center, radius, normal)) {
-    skip();
-    return;
-  }
-  circle(center, radius, normal);
-}
-
 void OdGiProxyGraphicsWriter::circularArc(const OdGePoint3d& center, double radius,
                                           const OdGeVector3d& normal,
                                           const OdGeVector3d& startVector, double sweepAngle,
@@ -466,25 +431,6 @@ void OdGiProxyGraphicsWriter::circularArc(const OdGePoint3d& center, double radi
                   full && arcType == kOdGiArcSimple);
   else
     writeOutline(worldCenter, U * radius, V * radius, sweep, arcType, false);
-}
-
-void OdGiProxyGraphicsWriter::circularArc(const OdGePoint3d& start, const OdGePoint3d& point,
-                                          const OdGePoint3d& end, OdGiArcType arcType) {
-  if (!isFinite(start) || !isFinite(point) || !isFinite(end)) {
-    skip();
-    return;
-  }
-  OdGePoint3d center;
-  double radius = 0.0;
-  OdGeVector3d normal;
-  OdGeVector3d startVector;
-  double sweep = 0.0;
-  if (odgiArcThrough3Points(start, point, end, center, radius, normal, startVector, sweep)) {
-    circularArc(center, radius, normal, startVector, sweep, arcType);
-    return;
-  }
-  const OdGePoint3d points[3] = {start, point, end};
-  polyline(3, points);
 }
 
 void OdGiProxyGraphicsWriter::polyline(OdInt32 numVertices, const OdGePoint3d* vertexList,
@@ -590,17 +536,4 @@ void OdGiProxyGraphicsWriter::xline(const OdGePoint3d& firstPoint, const OdGePoi
 
 void OdGiProxyGraphicsWriter::ray(const OdGePoint3d& basePoint, const OdGePoint3d& throughPoint) {
   writeLine(kRay, basePoint, throughPoint);
-}
-
-void OdGiProxyGraphicsWriter::pushModelTransform(const OdGeMatrix3d& xfm) {
-  m_transforms.push_back(getModelToWorldTransform() * xfm);
-}
-
-void OdGiProxyGraphicsWriter::popModelTransform() {
-  if (!m_transforms.empty())
-    m_transforms.pop_back();
-}
-
-OdGeMatrix3d OdGiProxyGraphicsWriter::getModelToWorldTransform() const {
-  return m_transforms.empty() ? OdGeMatrix3d() : m_transforms.back();
 }

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-OdGiRecorder::OdGiRecorder() : m_viewport(static_cast<const OdGiWorldGeometry*>(this)) {}
+OdGiRecorder::OdGiRecorder() = default;
 
 std::size_t OdGiRecorder::count(OdGiRecord::Kind kind) const {
   return static_cast<std::size_t>(
@@ -15,30 +15,8 @@ std::size_t OdGiRecorder::count(OdGiRecord::Kind kind) const {
 
 void OdGiRecorder::reset() {
   m_records.clear();
-  m_transforms.clear();
+  clearModelTransforms();
   resetTraits();
-}
-
-// The drawing interfaces hand out non-const references from const members, as the SDK's do:
-// drawing into a sink changes it even when the sink is reached through a const draw context.
-OdGiGeometry& OdGiRecorder::rawGeometry() const {
-  return static_cast<OdGiWorldGeometry&>(const_cast<OdGiRecorder&>(*this));
-}
-
-OdGiRecorder& OdGiRecorder::geometry() const {
-  return const_cast<OdGiRecorder&>(*this);
-}
-
-OdGiSubEntityTraits& OdGiRecorder::subEntityTraits() const {
-  return const_cast<OdGiRecorder&>(*this);
-}
-
-OdGiContext* OdGiRecorder::context() const {
-  return const_cast<OdGiRecorder*>(this);
-}
-
-OdGiViewport& OdGiRecorder::viewport() const {
-  return const_cast<OdGiFixedViewport&>(m_viewport);
 }
 
 OdGiRecord& OdGiRecorder::add(OdGiRecord::Kind kind) {
@@ -49,14 +27,10 @@ OdGiRecord& OdGiRecorder::add(OdGiRecord::Kind kind) {
   return record;
 }
 
-OdGePoint3d OdGiRecorder::toWorld(const OdGePoint3d& point) const {
-  return m_transforms.empty() ? point : m_transforms.back() * point;
-}
-
 void OdGiRecorder::circle(const OdGePoint3d& center, double radius, const OdGeVector3d& normal) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!(radius >= 0.0) || !odgi::isFinite(radius) || !odgi::planeAxes(normal, nullptr, u, v))
+  if (!circleAxes(radius, normal, nullptr, u, v))
     return;
   const OdGeMatrix3d xfm = getModelToWorldTransform();
   const OdGeVector3d worldU = xfm * u;
@@ -66,22 +40,12 @@ void OdGiRecorder::circle(const OdGePoint3d& center, double radius, const OdGeVe
   record.radius = radius * worldU.length();
 }
 
-void OdGiRecorder::circle(const OdGePoint3d& firstPoint, const OdGePoint3d& secondPoint,
-                          const OdGePoint3d& thirdPoint) {
-  OdGePoint3d center;
-  double radius = 0.0;
-  OdGeVector3d normal;
-  if (odgiCircleThrough3Points(firstPoint, secondPoint, thirdPoint, center, radius, normal))
-    circle(center, radius, normal);
-}
-
 void OdGiRecorder::circularArc(const OdGePoint3d& center, double radius, const OdGeVector3d& normal,
                                const OdGeVector3d& startVector, double sweepAngle,
                                OdGiArcType arcType) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!(radius >= 0.0) || !odgi::isFinite(radius) || !odgi::isFinite(sweepAngle) ||
-      !odgi::planeAxes(normal, &startVector, u, v))
+  if (!odgi::isFinite(sweepAngle) || !circleAxes(radius, normal, &startVector, u, v))
     return;
   const OdGeMatrix3d xfm = getModelToWorldTransform();
   // The arc is center + radius (u cos t + v sin t) for t from 0 to the sweep; transforming the
@@ -100,21 +64,6 @@ void OdGiRecorder::circularArc(const OdGePoint3d& center, double radius, const O
   record.startVector = worldU.isZeroLength() ? OdGeVector3d() : worldU.normal();
   record.sweepAngle = sweepAngle;
   record.arcType = arcType;
-}
-
-void OdGiRecorder::circularArc(const OdGePoint3d& start, const OdGePoint3d& point,
-                               const OdGePoint3d& end, OdGiArcType arcType) {
-  OdGePoint3d center;
-  double radius = 0.0;
-  OdGeVector3d normal;
-  OdGeVector3d startVector;
-  double sweep = 0.0;
-  if (odgiArcThrough3Points(start, point, end, center, radius, normal, startVector, sweep)) {
-    circularArc(center, radius, normal, startVector, sweep, arcType);
-    return;
-  }
-  const OdGePoint3d points[3] = {start, point, end};
-  polyline(3, points);
 }
 
 void OdGiRecorder::addPoints(OdGiRecord::Kind kind, OdInt32 numVertices,
@@ -177,17 +126,4 @@ void OdGiRecorder::ray(const OdGePoint3d& basePoint, const OdGePoint3d& throughP
   OdGiRecord& record = add(OdGiRecord::kRay);
   record.points.push_back(toWorld(basePoint));
   record.points.push_back(toWorld(throughPoint));
-}
-
-void OdGiRecorder::pushModelTransform(const OdGeMatrix3d& xfm) {
-  m_transforms.push_back(getModelToWorldTransform() * xfm);
-}
-
-void OdGiRecorder::popModelTransform() {
-  if (!m_transforms.empty())
-    m_transforms.pop_back();
-}
-
-OdGeMatrix3d OdGiRecorder::getModelToWorldTransform() const {
-  return m_transforms.empty() ? OdGeMatrix3d() : m_transforms.back();
 }
