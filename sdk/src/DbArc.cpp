@@ -1,4 +1,5 @@
 #include "DbArc.h"
+#include "Ge/GeFinite.h"
 
 #include "DbFiler.h"
 #include "Ge/GeBulge.h"
@@ -14,14 +15,6 @@ ODRX_CONS_DEFINE_MEMBERS(OdDbArc, OdDbCurve, OD_T("ARC"))
 namespace {
 
 constexpr double kDegreesPerRadian = 180.0 / OdaPI;
-
-bool isFinite(const OdGePoint3d& p) {
-  return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
-
-bool isFinite(const OdGeVector3d& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
 
 /// The angle in [0, 2π).
 double normalizedAngle(double angle) {
@@ -73,7 +66,7 @@ OdGePoint3d OdDbArc::center() const {
 }
 
 void OdDbArc::setCenter(const OdGePoint3d& center) {
-  if (!isFinite(center))
+  if (!odgeIsFinite(center))
     throw OdError(eInvalidInput, OD_T("An arc's centre must be a finite point"));
   assertWriteEnabled();
   m_center = center;
@@ -121,7 +114,7 @@ OdGeVector3d OdDbArc::normal() const {
 }
 
 void OdDbArc::setNormal(const OdGeVector3d& normal) {
-  if (normal.isZeroLength() || !isFinite(normal))
+  if (normal.isZeroLength() || !odgeIsFinite(normal))
     throw OdError(eInvalidInput, OD_T("An arc's normal must be a non-zero vector"));
   assertWriteEnabled();
   m_normal = normal.normal();
@@ -306,8 +299,8 @@ OdResult OdDbArc::dwgInFields(OdDbDwgFiler* filer) {
   const double endAngle = filer->rdDouble();
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!isFinite(planeCenter) || !std::isfinite(radius) || !(radius > 0.0) ||
-      !std::isfinite(thickness) || !isFinite(normal) || normal.isZeroLength() ||
+  if (!odgeIsFinite(planeCenter) || !std::isfinite(radius) || !(radius > 0.0) ||
+      !std::isfinite(thickness) || !odgeIsFinite(normal) || normal.isZeroLength() ||
       !std::isfinite(startAngle) || !std::isfinite(endAngle))
     return eInvalidInput;
   m_normal = normal.normal();
@@ -394,8 +387,8 @@ OdResult OdDbArc::dxfInFields(OdDbDxfFiler* filer) {
   }
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!isFinite(planeCenter) || !std::isfinite(radius) || !(radius > 0.0) ||
-      !std::isfinite(thickness) || !isFinite(normal) || normal.isZeroLength() ||
+  if (!odgeIsFinite(planeCenter) || !std::isfinite(radius) || !(radius > 0.0) ||
+      !std::isfinite(thickness) || !odgeIsFinite(normal) || normal.isZeroLength() ||
       !std::isfinite(startDegrees) || !std::isfinite(endDegrees))
     return eInvalidInput;
   m_normal = normal.normal();
@@ -563,7 +556,7 @@ OdResult OdDbArc::subTransformBy(const OdGeMatrix3d& xform) {
   const double scale = xAxis.length();
   // The arc stays circular only when its plane's axes stay perpendicular and of one length.
   const double tol = 1.e-10 * scale;
-  if (!(scale > 1.e-12) || !isFinite(xAxis) || !isFinite(yAxis) ||
+  if (!(scale > 1.e-12) || !odgeIsFinite(xAxis) || !odgeIsFinite(yAxis) ||
       std::fabs(xAxis.dotProduct(yAxis)) > tol * scale || std::fabs(yAxis.length() - scale) > tol)
     return eNotApplicable;
   // As for polylines, a mirror keeps the image of the normal, against which the arc now

@@ -1,4 +1,5 @@
 #include "DbHatch.h"
+#include "Ge/GeFinite.h"
 
 #include "DbDwgStreamFiler.h"
 #include "DbFiler.h"
@@ -80,16 +81,8 @@ bool fits(OdUInt64 leastBits, OdUInt64 available) {
   return available == kUnknownBits || leastBits <= available;
 }
 
-bool isFinite(const OdGePoint2d& p) {
-  return std::isfinite(p.x) && std::isfinite(p.y);
-}
-
-bool isFinite(const OdGeVector3d& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
 bool isValidNormal(const OdGeVector3d& normal) {
-  return isFinite(normal) && !normal.isZeroLength();
+  return odgeIsFinite(normal) && !normal.isZeroLength();
 }
 
 bool isValidScale(double scale) {
@@ -103,7 +96,7 @@ bool isValidLoop(OdInt32 loopType, const OdGePoint2dArray& vertices,
   if (!bulges.isEmpty() && bulges.size() != vertices.size())
     return false;
   return std::all_of(vertices.begin(), vertices.end(),
-                     [](const OdGePoint2d& p) { return isFinite(p); }) &&
+                     [](const OdGePoint2d& p) { return odgeIsFinite(p); }) &&
          std::all_of(bulges.begin(), bulges.end(), [](double b) { return std::isfinite(b); });
 }
 
@@ -947,7 +940,7 @@ OdResult OdDbHatch::subTransformBy(const OdGeMatrix3d& xform) {
   const OdGeVector3d yAxis = xform * toWorldMatrix.getCsYAxis();
   const double scale = xAxis.length();
   const double tol = 1.e-9;
-  if (!isFinite(xAxis) || !isFinite(yAxis) || !(scale > OdGeContext::gTol.equalVector()) ||
+  if (!odgeIsFinite(xAxis) || !odgeIsFinite(yAxis) || !(scale > OdGeContext::gTol.equalVector()) ||
       std::fabs(yAxis.length() - scale) > tol * scale ||
       std::fabs(xAxis.dotProduct(yAxis)) > tol * scale * scale)
     return eInvalidInput;

@@ -1,4 +1,5 @@
 #include "DbLine.h"
+#include "Ge/GeFinite.h"
 
 #include "DbFiler.h"
 #include "Ge/GeIntersect.h"
@@ -9,14 +10,6 @@
 ODRX_CONS_DEFINE_MEMBERS(OdDbLine, OdDbCurve, OD_T("LINE"))
 
 namespace {
-
-bool isFinite(const OdGePoint3d& p) {
-  return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
-
-bool isFinite(const OdGeVector3d& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
 
 /// Checks the indices before anything moves, so a bad index leaves the line untouched.
 bool allIndicesBelow(const OdIntArray& indices, int count) {
@@ -67,7 +60,7 @@ OdGeVector3d OdDbLine::normal() const {
 }
 
 void OdDbLine::setNormal(const OdGeVector3d& normal) {
-  if (normal.isZeroLength() || !isFinite(normal))
+  if (normal.isZeroLength() || !odgeIsFinite(normal))
     throw OdError(eInvalidInput, OD_T("A line's normal must be a non-zero vector"));
   assertWriteEnabled();
   m_normal = normal.normal();
@@ -187,7 +180,7 @@ OdResult OdDbLine::dwgInFields(OdDbDwgFiler* filer) {
   const OdGeVector3d normal = filer->rdVector3d();
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!isFinite(start) || !isFinite(end) || !std::isfinite(thickness) || !isFinite(normal) ||
+  if (!odgeIsFinite(start) || !odgeIsFinite(end) || !std::isfinite(thickness) || !odgeIsFinite(normal) ||
       normal.isZeroLength())
     return eInvalidInput;
   m_start = start;
@@ -244,7 +237,7 @@ OdResult OdDbLine::dxfInFields(OdDbDxfFiler* filer) {
   }
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!isFinite(start) || !isFinite(end) || !std::isfinite(thickness) || !isFinite(normal) ||
+  if (!odgeIsFinite(start) || !odgeIsFinite(end) || !std::isfinite(thickness) || !odgeIsFinite(normal) ||
       normal.isZeroLength())
     return eInvalidInput;
   m_start = start;

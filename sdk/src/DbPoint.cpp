@@ -1,4 +1,5 @@
 #include "DbPoint.h"
+#include "Ge/GeFinite.h"
 
 #include "DbFiler.h"
 #include "Gi/GiWorldDraw.h"
@@ -10,14 +11,6 @@ ODRX_CONS_DEFINE_MEMBERS(OdDbPoint, OdDbEntity, OD_T("POINT"))
 namespace {
 
 constexpr double kDegreesPerRadian = 180.0 / OdaPI;
-
-bool isFinite(const OdGePoint3d& p) {
-  return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
-
-bool isFinite(const OdGeVector3d& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
 
 /// The point's own X axis in world coordinates.
 OdGeVector3d ecsXAxis(const OdGeVector3d& normal, double rotation) {
@@ -57,7 +50,7 @@ OdGeVector3d OdDbPoint::normal() const {
 }
 
 void OdDbPoint::setNormal(const OdGeVector3d& normal) {
-  if (normal.isZeroLength() || !isFinite(normal))
+  if (normal.isZeroLength() || !odgeIsFinite(normal))
     throw OdError(eInvalidInput, OD_T("A point's normal must be a non-zero vector"));
   assertWriteEnabled();
   m_normal = normal.normal();
@@ -93,7 +86,7 @@ OdResult OdDbPoint::dwgInFields(OdDbDwgFiler* filer) {
   const double ecsRotation = filer->rdDouble();
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!isFinite(position) || !std::isfinite(thickness) || !isFinite(normal) ||
+  if (!odgeIsFinite(position) || !std::isfinite(thickness) || !odgeIsFinite(normal) ||
       normal.isZeroLength() || !std::isfinite(ecsRotation))
     return eInvalidInput;
   m_position = position;
@@ -152,7 +145,7 @@ OdResult OdDbPoint::dxfInFields(OdDbDxfFiler* filer) {
   }
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!isFinite(position) || !std::isfinite(thickness) || !isFinite(normal) ||
+  if (!odgeIsFinite(position) || !std::isfinite(thickness) || !odgeIsFinite(normal) ||
       normal.isZeroLength() || !std::isfinite(ecsRotation))
     return eInvalidInput;
   m_position = position;

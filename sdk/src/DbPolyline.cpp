@@ -1,4 +1,5 @@
 #include "DbPolyline.h"
+#include "Ge/GeFinite.h"
 
 #include "DbArc.h"
 #include "DbDwgStreamFiler.h"
@@ -51,14 +52,6 @@ OdUInt64 remainingDataBits(OdDbDwgFiler* filer) {
   return stream->remainingDataBits();
 }
 
-bool isFinite(const OdGePoint2d& p) {
-  return std::isfinite(p.x) && std::isfinite(p.y);
-}
-
-bool isFinite(const OdGeVector3d& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
 bool isValidWidth(double width) {
   return std::isfinite(width) && width >= 0.0;
 }
@@ -70,10 +63,10 @@ template <class VertexArray>
 bool isValidReadContent(double elevation, double thickness, double constantWidth,
                         const OdGeVector3d& normal, const VertexArray& vertices) {
   if (!std::isfinite(elevation) || !std::isfinite(thickness) || !isValidWidth(constantWidth) ||
-      !isFinite(normal) || normal.isZeroLength())
+      !odgeIsFinite(normal) || normal.isZeroLength())
     return false;
   return std::all_of(vertices.begin(), vertices.end(), [](const auto& vertex) {
-    return isFinite(vertex.point) && std::isfinite(vertex.bulge) &&
+    return odgeIsFinite(vertex.point) && std::isfinite(vertex.bulge) &&
            isValidWidth(vertex.startWidth) && isValidWidth(vertex.endWidth);
   });
 }
@@ -150,7 +143,7 @@ OdResult OdDbPolyline::getPointAt(unsigned int index, OdGePoint2d& point) const 
 OdResult OdDbPolyline::setPointAt(unsigned int index, const OdGePoint2d& point) {
   if (index >= m_vertices.size())
     return eInvalidIndex;
-  if (!isFinite(point))
+  if (!odgeIsFinite(point))
     return eInvalidInput;
   assertWriteEnabled();
   m_vertices[index].point = point;
@@ -301,7 +294,7 @@ OdGeVector3d OdDbPolyline::normal() const {
 }
 
 void OdDbPolyline::setNormal(const OdGeVector3d& normal) {
-  if (normal.isZeroLength() || !isFinite(normal))
+  if (normal.isZeroLength() || !odgeIsFinite(normal))
     throw OdError(eInvalidInput, OD_T("A polyline's normal must be a non-zero vector"));
   assertWriteEnabled();
   m_normal = normal.normal();
@@ -1029,7 +1022,7 @@ OdResult OdDbPolyline::subTransformBy(const OdGeMatrix3d& xform) {
   const OdGeVector3d xAxis = xform * toWorldMatrix.getCsXAxis();
   const OdGeVector3d yAxis = xform * toWorldMatrix.getCsYAxis();
   const OdGeVector3d areaNormal = xAxis.crossProduct(yAxis);
-  if (areaNormal.isZeroLength() || !isFinite(areaNormal))
+  if (areaNormal.isZeroLength() || !odgeIsFinite(areaNormal))
     return eInvalidInput;
   // The normal follows the matrix as a normal does (the inverse transpose): for a mirroring
   // matrix it points against the image of the plane's axes, so the plane's sense of turning

@@ -1,4 +1,5 @@
 #include "DbText.h"
+#include "Ge/GeFinite.h"
 
 #include "DbDatabase.h"
 #include "DbFiler.h"
@@ -16,14 +17,6 @@ namespace {
 constexpr double kDegreesPerRadian = 180.0 / OdaPI;
 /// Steeper slants make glyphs degenerate; the drawing formats stop at 85 degrees too.
 constexpr double kMaxOblique = 85.0 / kDegreesPerRadian;
-
-bool isFinite(const OdGePoint3d& p) {
-  return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
-
-bool isFinite(const OdGeVector3d& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
 
 bool isPositive(double value) {
   return std::isfinite(value) && value > 0.0;
@@ -124,7 +117,7 @@ OdGePoint3d OdDbText::position() const {
 }
 
 void OdDbText::setPosition(const OdGePoint3d& position) {
-  if (!isFinite(position))
+  if (!odgeIsFinite(position))
     throw OdError(eInvalidInput, OD_T("A text's position must be a point"));
   assertWriteEnabled();
   m_position = position;
@@ -137,7 +130,7 @@ OdGePoint3d OdDbText::alignmentPoint() const {
 }
 
 void OdDbText::setAlignmentPoint(const OdGePoint3d& alignmentPoint) {
-  if (!isFinite(alignmentPoint))
+  if (!odgeIsFinite(alignmentPoint))
     throw OdError(eInvalidInput, OD_T("A text's alignment point must be a point"));
   assertWriteEnabled();
   m_alignmentPoint = alignmentPoint;
@@ -265,7 +258,7 @@ OdGeVector3d OdDbText::normal() const {
 }
 
 void OdDbText::setNormal(const OdGeVector3d& normal) {
-  if (!isFinite(normal) || normal.isZeroLength())
+  if (!odgeIsFinite(normal) || normal.isZeroLength())
     throw OdError(eInvalidInput, OD_T("A text's normal must be a non-zero vector"));
   assertWriteEnabled();
   m_normal = normal.normal();
@@ -339,7 +332,7 @@ OdResult OdDbText::dwgInFields(OdDbDwgFiler* filer) {
   const OdDbObjectId textStyleId = filer->rdHardPointerId();
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!isFinite(position) || !isFinite(alignmentPoint) || !isFinite(normal) ||
+  if (!odgeIsFinite(position) || !odgeIsFinite(alignmentPoint) || !odgeIsFinite(normal) ||
       normal.isZeroLength() || !std::isfinite(thickness) || !isObliqueAngle(oblique) ||
       !std::isfinite(rotation) || !isPositive(height) || !isPositive(widthFactor) ||
       !isHorizontalMode(horizontalMode) || !isVerticalMode(verticalMode))
@@ -471,7 +464,7 @@ OdResult OdDbText::dxfInFields(OdDbDxfFiler* filer) {
   }
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!isFinite(position) || !isFinite(alignmentPoint) || !isFinite(normal) ||
+  if (!odgeIsFinite(position) || !odgeIsFinite(alignmentPoint) || !odgeIsFinite(normal) ||
       normal.isZeroLength() || !std::isfinite(thickness) || !isPositive(height) ||
       !std::isfinite(rotation) || !isPositive(widthFactor) || !isObliqueAngle(oblique) ||
       !isHorizontalMode(horizontalMode) || !isVerticalMode(verticalMode))
@@ -568,7 +561,7 @@ OdResult OdDbText::subTransformBy(const OdGeMatrix3d& xform) {
   const OdGeVector3d newExtrusion = xform * m_normal;
   const double determinant = newDirection.dotProduct(newUp.crossProduct(newExtrusion));
   const OdGeVector3d planeNormal = newDirection.crossProduct(newUp);
-  if (newDirection.isZeroLength() || planeNormal.isZeroLength() || !isFinite(planeNormal) ||
+  if (newDirection.isZeroLength() || planeNormal.isZeroLength() || !odgeIsFinite(planeNormal) ||
       !std::isfinite(determinant) || determinant == 0.0)
     return eInvalidInput;
   // A mirror is kept readable: the baseline runs the other way and the normal is the side the

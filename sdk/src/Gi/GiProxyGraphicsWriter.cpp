@@ -1,4 +1,5 @@
 #include "Gi/GiProxyGraphicsWriter.h"
+#include "Ge/GeFinite.h"
 
 #include "DbDatabase.h"
 #include "DbEntity.h"
@@ -13,14 +14,6 @@ namespace {
 const std::size_t kHeadSize = 8;
 // Six doubles: the two corners.
 const OdUInt32 kExtentsCommandSize = kHeadSize + 6 * 8;
-
-bool isFinite(const OdGePoint3d& point) {
-  return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
-}
-
-bool isFinite(const OdGeVector3d& vector) {
-  return std::isfinite(vector.x) && std::isfinite(vector.y) && std::isfinite(vector.z);
-}
 
 // True when the plane spanned by U and V is mapped without distortion: the two images of
 // orthonormal axes stay perpendicular and equally long, so a circle stays a circle.
@@ -279,7 +272,7 @@ bool OdGiProxyGraphicsWriter::worldPoints(OdInt32 numVertices, const OdGePoint3d
   points.reserve(static_cast<std::size_t>(numVertices));
   for (OdInt32 i = 0; i < numVertices; ++i) {
     const OdGePoint3d world = xfm * vertexList[i];
-    if (!isFinite(vertexList[i]) || !isFinite(world))
+    if (!odgeIsFinite(vertexList[i]) || !odgeIsFinite(world))
       return false;
     points.push_back(world);
   }
@@ -305,7 +298,7 @@ void OdGiProxyGraphicsWriter::writeLine(OdUInt32 opcode, const OdGePoint3d& firs
   const OdGePoint3d a = xfm * first;
   const OdGePoint3d b = xfm * second;
   // Readers take the direction from the two points; coincident points have none.
-  if (!isFinite(first) || !isFinite(second) || !isFinite(a) || !isFinite(b) ||
+  if (!odgeIsFinite(first) || !odgeIsFinite(second) || !odgeIsFinite(a) || !odgeIsFinite(b) ||
       (b - a).isZeroLength()) {
     skip();
     return;
@@ -380,7 +373,7 @@ void OdGiProxyGraphicsWriter::circle(const OdGePoint3d& center, double radius,
                                      const OdGeVector3d& normal) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!isFinite(center) || !isFinite(normal) || !(radius >= 0.0) || !std::isfinite(radius) ||
+  if (!odgeIsFinite(center) || !odgeIsFinite(normal) || !(radius >= 0.0) || !std::isfinite(radius) ||
       !odgi::planeAxes(normal, nullptr, u, v)) {
     skip();
     return;
@@ -390,7 +383,7 @@ void OdGiProxyGraphicsWriter::circle(const OdGePoint3d& center, double radius,
   const OdGeVector3d U = xfm * u;
   const OdGeVector3d V = xfm * v;
   const OdGeVector3d N = U.crossProduct(V);
-  if (!isFinite(worldCenter) || !isFinite(N) || N.isZeroLength()) {
+  if (!odgeIsFinite(worldCenter) || !odgeIsFinite(N) || N.isZeroLength()) {
     skip();
     return;
   }
@@ -407,7 +400,7 @@ void OdGiProxyGraphicsWriter::circularArc(const OdGePoint3d& center, double radi
                                           OdGiArcType arcType) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!isFinite(center) || !isFinite(normal) || !isFinite(startVector) || !(radius >= 0.0) ||
+  if (!odgeIsFinite(center) || !odgeIsFinite(normal) || !odgeIsFinite(startVector) || !(radius >= 0.0) ||
       !std::isfinite(radius) || !std::isfinite(sweepAngle) ||
       !odgi::planeAxes(normal, &startVector, u, v)) {
     skip();
@@ -418,7 +411,7 @@ void OdGiProxyGraphicsWriter::circularArc(const OdGePoint3d& center, double radi
   const OdGeVector3d U = xfm * u;
   const OdGeVector3d V = xfm * v;
   const OdGeVector3d N = U.crossProduct(V);
-  if (!isFinite(worldCenter) || !isFinite(N) || N.isZeroLength()) {
+  if (!odgeIsFinite(worldCenter) || !odgeIsFinite(N) || N.isZeroLength()) {
     skip();
     return;
   }
@@ -441,9 +434,9 @@ void OdGiProxyGraphicsWriter::polyline(OdInt32 numVertices, const OdGePoint3d* v
     return;
   }
   OdGeVector3d normal;
-  if (pNormal != nullptr && isFinite(*pNormal))
+  if (pNormal != nullptr && odgeIsFinite(*pNormal))
     normal = odgi::transformNormal(getModelToWorldTransform(), *pNormal);
-  if (isFinite(normal) && !normal.isZeroLength())
+  if (odgeIsFinite(normal) && !normal.isZeroLength())
     writePoints(kPolylineWithNormal, points, &normal);
   else
     writePoints(kPolyline, points, nullptr);
@@ -476,7 +469,7 @@ void OdGiProxyGraphicsWriter::text(const OdGePoint3d& position, const OdGeVector
                                    double oblique, const OdString& msg) {
   OdGeVector3d along;
   OdGeVector3d up;
-  if (!isFinite(position) || !isFinite(normal) || !isFinite(direction) || !std::isfinite(height) ||
+  if (!odgeIsFinite(position) || !odgeIsFinite(normal) || !odgeIsFinite(direction) || !std::isfinite(height) ||
       !std::isfinite(width) || !std::isfinite(oblique) ||
       !odgi::planeAxes(normal, &direction, along, up)) {
     skip();
@@ -490,7 +483,7 @@ void OdGiProxyGraphicsWriter::text(const OdGePoint3d& position, const OdGeVector
   const OdGeVector3d baseline = xfm * along;
   const OdGeVector3d rise = xfm * (up + along * std::tan(oblique));
   const OdGeVector3d worldNormal = baseline.crossProduct(xfm * up);
-  if (!isFinite(worldPosition) || !isFinite(rise) || !isFinite(worldNormal) ||
+  if (!odgeIsFinite(worldPosition) || !odgeIsFinite(rise) || !odgeIsFinite(worldNormal) ||
       worldNormal.isZeroLength()) {
     skip();
     return;
