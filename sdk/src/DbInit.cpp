@@ -13,6 +13,7 @@
 #include "DbLayerTable.h"
 #include "DbLine.h"
 #include "DbLinetypeTable.h"
+#include "DbMText.h"
 #include "DbPoint.h"
 #include "DbPolyline.h"
 #include "DbProxyEntity.h"
@@ -40,6 +41,7 @@
   X(OdDbHatch)                                                                                     \
   X(OdDbArc)                                                                                       \
   X(OdDbText)                                                                                      \
+  X(OdDbMText)                                                                                     \
   X(OdDbProxyEntity)                                                                               \
   X(OdDbSymbolTable)                                                                               \
   X(OdDbSymbolTableRecord)                                                                         \
@@ -96,7 +98,9 @@ int g_initCount = 0;
 
 } // namespace
 
-OdRxModule* odrxDatabaseModule() { return g_initCount > 0 ? &g_databaseModule : nullptr; }
+OdRxModule* odrxDatabaseModule() {
+  return g_initCount > 0 ? &g_databaseModule : nullptr;
+}
 
 void odInitialize() {
   if (g_initCount++ > 0)
@@ -141,6 +145,8 @@ OdRxClass* oddbDwgClassMapDesc(OdUInt16 dwgType) {
     return OdDbLine::desc();
   case 27:
     return OdDbPoint::desc();
+  case 44:
+    return OdDbMText::desc();
   case 77:
     return OdDbPolyline::desc();
   case 78:
