@@ -4,6 +4,8 @@
 #include "DbSymbolTable.h"
 #include "Ge/GePoint3d.h"
 
+#include <unordered_set>
+
 class OdDbEntity;
 
 /// A block: the container of entities. Model space and paper space are block records.
@@ -26,6 +28,8 @@ class OdDbBlockTableRecord : public OdDbSymbolTableRecord {
 
 private:
   OdDbObjectIdArray m_entities;
+  /// The same ids as a set, so that joining a block stays constant time in large drawings.
+  std::unordered_set<const OdDbStub*> m_members;
   OdGePoint3d m_origin;
 };
 typedef OdSmartPtr<OdDbBlockTableRecord> OdDbBlockTableRecordPtr;

@@ -74,6 +74,11 @@ class OdDbDatabase : public OdRxObject {
   OdDbObjectId getTEXTSTYLE() const { return m_textstyle; }
   /// Throws OdError(eWrongObjectType) for an id that is not a text style of this database.
   void setTEXTSTYLE(OdDbObjectId textStyleId);
+  /// The overall scale of annotations, the drawing scale (1 in a new drawing): a drawing at
+  /// 1:100 has 100, and its texts and arrows are drawn 100 times their plotted size.
+  double getDIMSCALE() const { return m_dimscale; }
+  /// Throws OdError(eInvalidInput) for a scale that is not a positive finite number.
+  void setDIMSCALE(double scale);
 
   // The current user coordinate system, in which commands take and show coordinates (the
   // world system in a new drawing).
@@ -97,6 +102,7 @@ private:
   OdDbObjectId m_layerTableId, m_linetypeTableId, m_blockTableId;
   OdDbObjectId m_textStyleTableId, m_textStyleStandardId, m_textstyle;
   double m_textsize = 2.5;
+  double m_dimscale = 1.0;
   OdGePoint3d m_ucsOrigin;
   OdGeVector3d m_ucsXAxis{1.0, 0.0, 0.0};
   OdGeVector3d m_ucsYAxis{0.0, 1.0, 0.0};

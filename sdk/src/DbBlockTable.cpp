@@ -20,9 +20,10 @@ OdDbObjectId OdDbBlockTableRecord::appendOdDbEntity(OdDbEntity* entity) {
   // first; such an entity joins the block here.
   if (entity->isDBRO()) {
     if (entity->database() != db || entity->ownerId() != objectId() ||
-        m_entities.contains(entity->objectId()))
+        m_members.count(entity->objectId()) != 0)
       throw OdError(eAlreadyInDb, OD_T("The entity belongs elsewhere or is in the block"));
     m_entities.append(entity->objectId());
+    m_members.insert(entity->objectId());
     return entity->objectId();
   }
   // An entity that never had its properties set gets the drawing's current layer and
@@ -33,6 +34,7 @@ OdDbObjectId OdDbBlockTableRecord::appendOdDbEntity(OdDbEntity* entity) {
     entity->setLinetype(db->getCELTYPE());
   const OdDbObjectId id = db->addOdDbObject(entity, objectId());
   m_entities.append(id);
+  m_members.insert(id);
   return id;
 }
 
@@ -70,6 +72,9 @@ OdResult OdDbBlockTableRecord::dwgInFields(OdDbDwgFiler* filer) {
     return eDwgObjectImproperlyRead;
   m_origin = origin;
   m_entities = entities;
+  m_members.clear();
+  for (const OdDbObjectId& id : m_entities)
+    m_members.insert(id);
   return eOk;
 }
 

@@ -199,6 +199,12 @@ void OdDbDatabase::setTEXTSIZE(double size) {
   m_textsize = size;
 }
 
+void OdDbDatabase::setDIMSCALE(double scale) {
+  if (!std::isfinite(scale) || scale <= 0.0)
+    throw OdError(eInvalidInput, OD_T("DIMSCALE must be a positive number"));
+  m_dimscale = scale;
+}
+
 void OdDbDatabase::setTEXTSTYLE(OdDbObjectId textStyleId) {
   if (textStyleId.database() != this || !textStyleId.objectClass() ||
       !textStyleId.objectClass()->isDerivedFrom(OdDbTextStyleTableRecord::desc()))

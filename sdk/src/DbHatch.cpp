@@ -574,7 +574,23 @@ void OdDbHatch::dxfOutFields(OdDbDxfFiler* filer) const {
   filer->wrAngle(52, m_patternAngle);
   filer->wrDouble(41, m_patternScale);
   filer->wrInt16(77, m_patternDouble ? 1 : 0);
-  filer->wrInt16(78, 0);
+  // The definition lines of the pattern as drawn, so that readers that do not know the
+  // pattern by name draw it alike: each family through the origin, turned by the pattern
+  // angle, with the offset between neighbouring lines scaled by the pattern scale.
+  const std::vector<PatternFamily> families =
+      m_solidFill ? std::vector<PatternFamily>()
+                  : patternFamilies(m_patternType, m_patternName, m_patternDouble);
+  filer->wrInt16(78, static_cast<OdInt16>(families.size()));
+  for (const PatternFamily& family : families) {
+    const double angle = family.angleDegrees * OdaPI / 180.0 + m_patternAngle;
+    const double spacing = family.spacing * m_patternScale;
+    filer->wrAngle(53, angle);
+    filer->wrDouble(43, 0.0);
+    filer->wrDouble(44, 0.0);
+    filer->wrDouble(45, -spacing * std::sin(angle));
+    filer->wrDouble(46, spacing * std::cos(angle));
+    filer->wrInt16(79, 0);
+  }
   filer->wrInt32(98, 0);
   if (m_hatchObjectType == kGradientObject)
     filer->wrInt32(450, 1);

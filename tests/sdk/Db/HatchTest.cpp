@@ -14,6 +14,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -689,12 +690,17 @@ TEST_F(HatchTest, DxfRoundTripAndGroupOrder) {
   // Points and vectors take one group per coordinate: x at 10, y at 20, z at 30.
   const std::vector<int> expected = {100, 10, 20, 30, 210, 220, 230, 2,  70, 71, 91, 92, 72, 73,
                                      93,  10, 20, 42, 10,  20,  42,  10, 20, 42, 97, 92, 72, 73,
-                                     93,  10, 20, 10, 20,  97,  75,  76, 52, 41, 77, 78, 98};
+                                     93,  10, 20, 10, 20,  97,  75,  76, 52, 41, 77, 78, 53,
+                                     43,  44, 45, 46, 79,  98};
   EXPECT_EQ(expected, hatchCodes);
+  // ANSI31's one family at 45° turned by the pattern angle (45°) runs at 90°; its lines are
+  // 3.175 x 2 apart, so the next line is that far along -X.
+  const std::map<int, double> values = {{52, 45.0}, {53, 90.0}, {43, 0.0},
+                                        {44, 0.0},  {45, -6.35}, {46, 0.0}};
   for (const OdDbDxfItemFiler::Item& item : items) {
-    if (item.code == 52) {
-      EXPECT_NEAR(45.0, std::stod(item.value.toUtf8()), 1e-12) << "angle in degrees";
-    }
+    const auto value = values.find(item.code);
+    if (value != values.end())
+      EXPECT_NEAR(value->second, std::stod(item.value.toUtf8()), 1e-12) << item.code;
   }
 
   filer.rewind();
