@@ -6,19 +6,25 @@
 /// The writer streams the file section by section (HEADER, CLASSES, TABLES, BLOCKS, ENTITIES,
 /// OBJECTS). Each entity is written as `0` its class's DXF name, `5` its handle, `330` its
 /// owner's handle, then the groups of its own dxfOutFields. Table records, the blocks' begin
-/// and end markers and the tables and objects the database does not model (VPORT, VIEW, UCS,
-/// APPID, DIMSTYLE, the named-objects dictionary) are written by the file layer itself; the
-/// ones it makes up get handles from the database's handle seed upward, and $HANDSEED is
-/// written past them. A save writes a temporary file beside the target and renames it over
-/// the target only when everything was written, so a failed save leaves the old file as it was.
+/// and end markers and the tables the database does not model (VPORT, VIEW, UCS, APPID,
+/// DIMSTYLE) are written by the file layer itself; the ones it makes up get handles from the
+/// database's handle seed upward, and $HANDSEED is written past them. OBJECTS holds the tree
+/// of dictionaries under the named-objects dictionary (odDbDxfObjectsInFileOrder), each object
+/// with its owner as a reactor. A save writes a temporary file beside the target and renames
+/// it over the target only when everything was written, so a failed save leaves the old file
+/// as it was.
 ///
 /// The reader checks every group as it reads it (a known group code, a value of that code's
 /// type) and reports the first fault as "line N: ..." with the line of the offending group;
 /// any fault loads nothing. Records are merged by name with those a new database has;
-/// entities are made through the class registered for their DXF name and read by their
-/// dxfInFields, keeping their handles. An entity type no registered class (and no hook)
-/// knows is skipped and noted.
+/// entities and objects are made through the class registered for their DXF name and read by
+/// their dxfInFields, keeping their handles. The file's named-objects dictionary and its
+/// ACAD_GROUP dictionary become the new database's own; every other dictionary's entries are
+/// set in file order. Every owner and pointer of an entity or object (groups 330 to 369)
+/// must name a handle the file defines. An entity or object type no registered class (and no
+/// hook) knows is skipped and noted, and so are dictionary entries that point at it.
 
+#include "DbObjectId.h"
 #include "OdResult.h"
 #include "OdString.h"
 #include "SmartPtr.h"
@@ -60,11 +66,21 @@ public:
   virtual OdDbObjectPtr readUnknownEntity(const OdString& dxfName,
                                           const std::vector<OdDbDxfClassRecord>& classes,
                                           OdDbDxfFiler* filer);
+  /// The same for a type of the OBJECTS section that no registered object class has.
+  virtual OdDbObjectPtr readUnknownObject(const OdString& dxfName,
+                                          const std::vector<OdDbDxfClassRecord>& classes,
+                                          OdDbDxfFiler* filer);
 };
 
 /// Installs the hooks drawing files use (null restores the defaults). The caller keeps them
 /// alive while installed. Returns the hooks installed before.
 OdDbDxfFileHooks* odDbSetDxfFileHooks(OdDbDxfFileHooks* hooks);
+
+/// The objects OBJECTS holds, in the order they are written: the named-objects dictionary, then
+/// depth first the object of each entry, a dictionary's entries before the next entry of its
+/// owner. Erased objects and entities are left out; an object listed twice is written once.
+/// The CLASS records of non-entity module objects follow the same order.
+OdDbObjectIdArray odDbDxfObjectsInFileOrder(OdDbDatabase* db);
 
 /// Saves db to path. On failure returns the result (eFileAccessErr when the file cannot be
 /// created, written or renamed; the failing filer's status when an object cannot be written),

@@ -29,6 +29,7 @@
 
 #include "DbFiler.h"
 
+#include <string>
 #include <vector>
 
 class OdDbDxfItemFiler : public OdDbDxfFiler {
@@ -61,10 +62,18 @@ public:
   /// Empties the item list and starts writing. db is what database() reports; ids are written
   /// by their handles whatever it is.
   void openForWrite(OdDbDatabase* db = nullptr, FilerType type = kFileFiler);
+  /// Starts writing straight into text: each item goes to the end of out as the two lines an
+  /// ASCII DXF file holds for it (the code right-aligned in three columns, then the value in
+  /// UTF-8), with no item list kept. The drawing-file writer prints this way, so a large
+  /// drawing costs no per-item allocation. The checks and the status are those of
+  /// openForWrite(); out must stay alive until the next open.
+  void openForText(std::string* out, OdDbDatabase* db = nullptr, FilerType type = kFileFiler);
   /// Starts reading a copy of items from the first one. With a database, rdObjectId resolves
   /// handles through it (making ids for handles it does not know yet, as forward references
   /// of a file being read need); without one ids come back null.
   void openForRead(const ItemArray& items, OdDbDatabase* db = nullptr, FilerType type = kFileFiler);
+  /// The same, taking the items over instead of copying them.
+  void openForRead(ItemArray&& items, OdDbDatabase* db = nullptr, FilerType type = kFileFiler);
   /// Switches to reading what was written, from the first item, and clears the status.
   void rewind();
   bool isReading() const { return m_reading; }
@@ -148,11 +157,17 @@ private:
   bool writeInteger(int groupCode, OdInt64 value);
   bool writeCoordinates(int groupCode, const double* coords, int count, int precision);
   void append(int groupCode, const OdString& value);
-  OdString formatDouble(double value, int precision) const;
+  /// Appends an item whose value is plain ASCII text (a number, a handle, hex digits).
+  void appendAscii(int groupCode, const char* text, std::size_t size);
+  void appendCode(int groupCode);
+  /// The text of a double into buffer (at least 32 characters); returns its length.
+  std::size_t formatDouble(double value, int precision, char* buffer) const;
 
   static constexpr std::size_t kNoItem = static_cast<std::size_t>(-1);
 
   ItemArray m_items;
+  /// Where openForText() writes, or null when items are kept.
+  std::string* m_text = nullptr;
   std::size_t m_next = 0;
   /// Index of the item nextItem() returned last, or kNoItem.
   std::size_t m_current = kNoItem;

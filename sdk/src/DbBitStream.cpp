@@ -1,5 +1,7 @@
 #include "DbBitStream.h"
 
+#include <cstring>
+
 void OdDbBitStream::clear() {
   m_bytes.clear();
   m_bitSize = 0;
@@ -36,8 +38,21 @@ void OdDbBitStream::writeBit(bool bit) {
 }
 
 void OdDbBitStream::writeBits(OdUInt32 value, unsigned count) {
-  for (unsigned i = count; i > 0; --i)
-    writeBit(((value >> (i - 1)) & 1u) != 0);
+  // Bits above the 32 a value has are zeros.
+  for (; count > 32; --count)
+    writeBit(false);
+  // As many bits at a time as the current byte has room for, most significant first.
+  while (count > 0) {
+    const unsigned offset = static_cast<unsigned>(m_bitSize & 7);
+    if (offset == 0)
+      m_bytes.push_back(0);
+    const unsigned room = 8 - offset;
+    const unsigned take = count < room ? count : room;
+    const OdUInt32 chunk = (value >> (count - take)) & ((1u << take) - 1u);
+    m_bytes.asArrayPtr()[m_bitSize >> 3] |= static_cast<OdUInt8>(chunk << (room - take));
+    m_bitSize += take;
+    count -= take;
+  }
 }
 
 void OdDbBitStream::writeByte(OdUInt8 value) {
@@ -54,13 +69,34 @@ void OdDbBitStream::writeByte(OdUInt8 value) {
 }
 
 void OdDbBitStream::writeRawLE(OdUInt64 value, unsigned byteCount) {
-  for (unsigned i = 0; i < byteCount && i < 8; ++i)
-    writeByte(static_cast<OdUInt8>(value >> (8 * i)));
+  OdUInt8 bytes[8];
+  const unsigned count = byteCount < 8 ? byteCount : 8;
+  for (unsigned i = 0; i < count; ++i)
+    bytes[i] = static_cast<OdUInt8>(value >> (8 * i));
+  writeBytes(bytes, count);
 }
 
 void OdDbBitStream::writeBytes(const OdUInt8* bytes, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i)
-    writeByte(bytes[i]);
+  if ((m_bitSize & 7) == 0 && count > 0) {
+    // On a byte boundary the bytes go over as they are.
+    const OdUInt8Array::size_type at = m_bytes.size();
+    m_bytes.resize(static_cast<OdUInt8Array::size_type>(at + count));
+    std::memcpy(m_bytes.asArrayPtr() + at, bytes, count);
+    m_bitSize += 8 * static_cast<OdUInt64>(count);
+    return;
+  }
+  if (count == 0)
+    return;
+  // Each byte straddles two: its high bits end the current byte, its low bits start the next.
+  const unsigned offset = static_cast<unsigned>(m_bitSize & 7);
+  const OdUInt8Array::size_type at = m_bytes.size();
+  m_bytes.resize(static_cast<OdUInt8Array::size_type>(at + count));
+  OdUInt8* out = m_bytes.asArrayPtr() + at - 1;
+  for (std::size_t i = 0; i < count; ++i) {
+    out[i] |= static_cast<OdUInt8>(bytes[i] >> offset);
+    out[i + 1] = static_cast<OdUInt8>(bytes[i] << (8 - offset));
+  }
+  m_bitSize += 8 * static_cast<OdUInt64>(count);
 }
 
 bool OdDbBitStream::takeBit() {

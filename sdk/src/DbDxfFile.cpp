@@ -7,6 +7,7 @@
 
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
+#include "DbDictionary.h"
 #include "DbDxfItemFiler.h"
 #include "DbEntity.h"
 #include "DbLayerTable.h"
@@ -17,10 +18,12 @@
 #include "RxObjectImpl.h"
 
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <unordered_set>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -47,6 +50,13 @@ OdDbDxfFileHooks::readUnknownEntity(const OdString& /*dxfName*/,
   return OdDbObjectPtr();
 }
 
+OdDbObjectPtr
+OdDbDxfFileHooks::readUnknownObject(const OdString& /*dxfName*/,
+                                    const std::vector<OdDbDxfClassRecord>& /*classes*/,
+                                    OdDbDxfFiler* /*filer*/) {
+  return OdDbObjectPtr();
+}
+
 namespace {
 // Null while the defaults are in use: module objects written and read as proxies.
 OdDbDxfFileHooks* g_installedHooks = nullptr;
@@ -61,6 +71,35 @@ OdDbDxfFileHooks* odDbSetDxfFileHooks(OdDbDxfFileHooks* hooks) {
 // Shared with the reader (declared there).
 OdDbDxfFileHooks* odDbDxfFileHooksInUse() {
   return g_installedHooks ? g_installedHooks : odDbDxfProxyHooks();
+}
+
+// ---------------------------------------------------------------------------------------------
+// The objects of the OBJECTS section
+
+namespace {
+
+void appendTree(const OdDbObjectId& id, OdDbObjectIdArray& out,
+                std::unordered_set<OdDbStub*>& seen) {
+  if (id.isNull() || !seen.insert(static_cast<OdDbStub*>(id)).second)
+    return;
+  OdDbObjectPtr object = id.openObject();
+  if (object.isNull() || object->isKindOf(OdDbEntity::desc()))
+    return;
+  out.append(id);
+  if (const OdDbDictionary* dictionary = OdDbDictionary::cast(object).get())
+    for (OdDbDictionaryIteratorPtr it = dictionary->newIterator(); !it->done(); it->next())
+      appendTree(it->objectId(), out, seen);
+}
+
+} // namespace
+
+OdDbObjectIdArray odDbDxfObjectsInFileOrder(OdDbDatabase* db) {
+  OdDbObjectIdArray ids;
+  if (!db)
+    return ids;
+  std::unordered_set<OdDbStub*> seen;
+  appendTree(db->getNamedObjectsDictionaryId(), ids, seen);
+  return ids;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -103,9 +142,14 @@ private:
   // Output -------------------------------------------------------------------------------------
 
   void code(int groupCode) {
+    // Right-aligned in three columns, as "%3d" prints it.
     char buffer[16];
-    const int n = std::snprintf(buffer, sizeof buffer, "%3d\n", groupCode);
-    m_out.append(buffer, static_cast<std::size_t>(n));
+    const std::to_chars_result r = std::to_chars(buffer, buffer + sizeof buffer, groupCode);
+    const std::size_t n = static_cast<std::size_t>(r.ptr - buffer);
+    if (n < 3)
+      m_out.append(3 - n, ' ');
+    m_out.append(buffer, n);
+    m_out += '\n';
   }
 
   void pair(int groupCode, const char* value) {
@@ -123,22 +167,19 @@ private:
     m_out.clear();
   }
 
-  /// Starts collecting the groups of one object (or a run of header groups).
+  /// Starts printing the groups of one object (or a run of header groups) through the filer,
+  /// which formats them straight into the output.
   OdDbDxfItemFiler& begin() {
-    m_filer.openForWrite(m_db);
+    m_filer.openForText(&m_out, m_db);
     return m_filer;
   }
 
-  /// Prints what was collected since begin(); what names the object in an error message.
+  /// Ends what begin() started: a group the filer refused fails the save (what names the
+  /// object in the message; the output written so far is thrown away with the file).
   void emit(const OdString& what) {
     if (m_filer.filerStatus() != eOk)
       throw WriteFailure{m_filer.filerStatus(), OD_T("Cannot write ") + what + OD_T(": ") +
                                                     OdString(odResultText(m_filer.filerStatus()))};
-    for (const OdDbDxfItemFiler::Item& item : m_filer.items()) {
-      code(item.code);
-      m_out += item.value.toUtf8();
-      m_out += '\n';
-    }
     if (m_out.size() >= kFlushSize)
       flush();
   }
@@ -177,13 +218,6 @@ private:
     m_appidAcad = newHandle();
     m_dimstyleTable = newHandle();
     m_dimstyleStandard = newHandle();
-    // The database's own dictionaries keep their handles; their entries are not written yet.
-    m_rootDictionary = m_db->getNamedObjectsDictionaryId().isNull()
-                           ? newHandle()
-                           : m_db->getNamedObjectsDictionaryId().getHandle();
-    m_groupDictionary = m_db->getGroupDictionaryId().isNull()
-                            ? newHandle()
-                            : m_db->getGroupDictionaryId().getHandle();
     // BLOCK and ENDBLK of each block come last, two per block in block order.
     m_blockMarkers = m_nextHandle;
     m_handseed = static_cast<OdUInt64>(m_nextHandle) + 2 * m_blocks.size();
@@ -227,6 +261,8 @@ private:
     f.wrDouble(40, m_db->getLTSCALE());
     var(OD_T("$TEXTSIZE"));
     f.wrDouble(40, m_db->getTEXTSIZE());
+    var(OD_T("$DIMSCALE"));
+    f.wrDouble(40, m_db->getDIMSCALE());
     const OdString textStyle = nameOf(m_db->getTEXTSTYLE());
     if (!textStyle.isEmpty()) {
       var(OD_T("$TEXTSTYLE"));
@@ -542,43 +578,60 @@ private:
   }
 
   void writeEntity(const OdDbObject* entity, bool paperSpace) {
-    OdDbDxfItemFiler& f = begin();
-    f.wrString(0, OdString()); // the type, filled in below
-    f.wrHandle(5, entity->getDbHandle());
-    f.wrHandle(330, entity->ownerId().getHandle());
-    const std::size_t common = f.items().size();
+    writeObject(entity, paperSpace, false);
+  }
+
+  /// One entity or object: type, handle, owner (also as a reactor for objects that
+  /// dictionaries own), then the hooks' groups or the class's own. The groups after the type
+  /// are printed aside first, since the hooks decide the type while writing them.
+  void writeObject(const OdDbObject* object, bool paperSpace, bool ownerAsReactor) {
+    m_body.clear();
+    m_filer.openForText(&m_body, m_db);
+    OdDbDxfItemFiler& f = m_filer;
+    f.wrHandle(5, object->getDbHandle());
+    const OdDbHandle owner = object->ownerId().getHandle();
+    if (ownerAsReactor && !owner.isNull()) {
+      f.wrString(102, OD_T("{ACAD_REACTORS"));
+      f.wrHandle(330, owner);
+      f.wrString(102, OD_T("}"));
+    }
+    f.wrHandle(330, owner);
+    const std::size_t common = m_body.size();
     OdString dxfName;
-    if (!odDbDxfFileHooksInUse()->writeObject(entity, m_classes, dxfName, &f)) {
-      dxfName = entity->isA()->dxfName();
+    if (!odDbDxfFileHooksInUse()->writeObject(object, m_classes, dxfName, &f)) {
+      dxfName = object->isA()->dxfName();
       if (dxfName.isEmpty())
-        throw WriteFailure{eNotImplemented, OD_T("Cannot write a ") + entity->isA()->name() +
+        throw WriteFailure{eNotImplemented, OD_T("Cannot write a ") + object->isA()->name() +
                                                 OD_T(": its class has no DXF name")};
-      entity->dxfOutFields(&f);
+      object->dxfOutFields(&f);
     }
     if (f.filerStatus() != eOk)
-      emit(dxfName + OD_T(" ") + entity->getDbHandle().ascii());
-    // The item list is the filer's own; the type and the paper-space flag go in by rewriting
-    // the text of items it already has, through a fresh filer only when needed.
+      emit(dxfName + OD_T(" ") + object->getDbHandle().ascii());
     printEntity(dxfName, common, paperSpace);
   }
 
-  /// Prints the collected entity: the type first, and `67 1` right after the AcDbEntity
-  /// marker for a paper-space entity.
+  /// Prints the entity: the type first, then its groups, with `67 1` right after the first
+  /// AcDbEntity marker past the common groups for a paper-space entity.
   void printEntity(const OdString& dxfName, std::size_t common, bool paperSpace) {
-    const OdDbDxfItemFiler::ItemArray& items = m_filer.items();
     code(0);
     m_out += dxfName.toUtf8();
     m_out += '\n';
-    bool flagged = !paperSpace;
-    for (std::size_t i = 1; i < items.size(); ++i) {
-      code(items[i].code);
-      m_out += items[i].value.toUtf8();
-      m_out += '\n';
-      if (!flagged && i >= common && items[i].code == 100 && items[i].value == OD_T("AcDbEntity")) {
-        code(67);
-        m_out += "1\n";
-        flagged = true;
-      }
+    std::size_t split = std::string::npos;
+    if (paperSpace && common > 0) {
+      // Code and value lines alternate and code lines are numbers, so a line "100" followed
+      // by a line "AcDbEntity" can only be that marker group.
+      static const char kMarker[] = "\n100\nAcDbEntity\n";
+      const std::size_t at = m_body.find(kMarker, common - 1, sizeof kMarker - 1);
+      if (at != std::string::npos)
+        split = at + sizeof kMarker - 1;
+    }
+    if (split == std::string::npos) {
+      m_out += m_body;
+    } else {
+      m_out.append(m_body, 0, split);
+      code(67);
+      m_out += "1\n";
+      m_out.append(m_body, split, std::string::npos);
     }
     if (m_out.size() >= kFlushSize)
       flush();
@@ -589,29 +642,20 @@ private:
   void writeObjects() {
     pair(0, "SECTION");
     pair(2, "OBJECTS");
-    OdDbDxfItemFiler& f = begin();
-    f.wrString(0, OD_T("DICTIONARY"));
-    f.wrHandle(5, m_rootDictionary);
-    f.wrHandle(330, OdDbHandle());
-    f.wrSubclassMarker(OD_T("AcDbDictionary"));
-    f.wrInt16(281, 1);
-    f.wrString(3, OD_T("ACAD_GROUP"));
-    f.wrHandle(350, m_groupDictionary);
-    f.wrString(0, OD_T("DICTIONARY"));
-    f.wrHandle(5, m_groupDictionary);
-    f.wrString(102, OD_T("{ACAD_REACTORS"));
-    f.wrHandle(330, m_rootDictionary);
-    f.wrString(102, OD_T("}"));
-    f.wrHandle(330, m_rootDictionary);
-    f.wrSubclassMarker(OD_T("AcDbDictionary"));
-    f.wrInt16(281, 1);
-    emit(OD_T("the named-objects dictionary"));
+    for (const OdDbObjectId& id : odDbDxfObjectsInFileOrder(m_db)) {
+      OdDbObjectPtr object = id.openObject();
+      const bool inDictionary =
+          !object->ownerId().isNull() && object->ownerId().objectClass() &&
+          object->ownerId().objectClass()->isDerivedFrom(OdDbDictionary::desc());
+      writeObject(object, false, inDictionary);
+    }
     pair(0, "ENDSEC");
   }
 
   OdDbDatabase* m_db;
   std::FILE* m_file;
   std::string m_out;
+  std::string m_body; ///< the groups of the entity being written, after its type
   OdStaticRxObject<OdDbDxfItemFiler> m_filer;
   std::vector<OdDbDxfClassRecord> m_classes;
   std::vector<OdDbLayerTableRecordPtr> m_layers;
@@ -620,7 +664,7 @@ private:
   std::vector<OdDbBlockTableRecordPtr> m_blocks;
   OdDbHandle m_nextHandle, m_handseed;
   OdDbHandle m_vportTable, m_vportActive, m_viewTable, m_ucsTable, m_appidTable, m_appidAcad;
-  OdDbHandle m_dimstyleTable, m_dimstyleStandard, m_rootDictionary, m_groupDictionary;
+  OdDbHandle m_dimstyleTable, m_dimstyleStandard;
   OdDbHandle m_blockMarkers;
 };
 

@@ -1,6 +1,7 @@
-// Reading a drawing from an ASCII DXF file. The file is read one group (code line and value
-// line) at a time; each group is checked when it is read, so a fault is reported with the line
-// it is on. Objects are collected group by group and handed to the objects' own dxfInFields
+// Reading a drawing from an ASCII DXF file. The file is mapped into memory (or read in one go)
+// and its lines are taken where they lie; the file is walked one group (code line and value line)
+// at a time, and each group is checked when it is read, so a fault is reported with the line it is
+// on. Objects are collected group by group and handed to the objects' own dxfInFields
 // through an item filer. Any fault throws a ReadFailure that ends the load with nothing kept.
 
 #include "DbDxfFile.h"
@@ -8,6 +9,7 @@
 
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
+#include "DbDictionary.h"
 #include "DbDwgStreamFiler.h"
 #include "DbDxfItemFiler.h"
 #include "DbEntity.h"
@@ -20,11 +22,18 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <memory>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 OdDbDxfFileHooks* odDbDxfFileHooksInUse(); // DbDxfFile.cpp
 
@@ -41,22 +50,25 @@ struct ReadFailure {
   throw ReadFailure{line, message};
 }
 
-std::string quoted(const std::string& text) {
-  return "'" + (text.size() > 40 ? text.substr(0, 40) + "..." : text) + "'";
+std::string quoted(std::string_view text) {
+  return "'" + (text.size() > 40 ? std::string(text.substr(0, 40)) + "..." : std::string(text)) +
+         "'";
 }
 
 // Value parsing. Blanks around a value are allowed, as DXF writers pad numbers.
 
-std::string trimmed(const std::string& text) {
-  const std::size_t begin = text.find_first_not_of(" \t");
-  if (begin == std::string::npos)
-    return std::string();
-  const std::size_t end = text.find_last_not_of(" \t");
-  return text.substr(begin, end - begin + 1);
+std::string_view trimmed(std::string_view text) {
+  std::size_t begin = 0;
+  std::size_t end = text.size();
+  while (begin < end && (text[begin] == ' ' || text[begin] == '\t'))
+    ++begin;
+  while (end > begin && (text[end - 1] == ' ' || text[end - 1] == '\t'))
+    --end;
+  return text.substr(begin, end - begin);
 }
 
-bool parseInteger(const std::string& text, long long& value) {
-  const std::string t = trimmed(text);
+bool parseInteger(std::string_view text, long long& value) {
+  const std::string_view t = trimmed(text);
   const char* begin = t.data();
   const char* end = t.data() + t.size();
   if (begin != end && *begin == '+')
@@ -67,8 +79,8 @@ bool parseInteger(const std::string& text, long long& value) {
   return r.ec == std::errc() && r.ptr == end;
 }
 
-bool parseDouble(const std::string& text, double& value) {
-  const std::string t = trimmed(text);
+bool parseDouble(std::string_view text, double& value) {
+  const std::string_view t = trimmed(text);
   const char* begin = t.data();
   const char* end = t.data() + t.size();
   if (begin != end && *begin == '+')
@@ -79,24 +91,79 @@ bool parseDouble(const std::string& text, double& value) {
   return r.ec == std::errc() && r.ptr == end && std::isfinite(value);
 }
 
-bool isHex(const std::string& text) {
+/// True for the characters of hex digits, in either letter case.
+struct HexTable {
+  bool digit[256] = {};
+  HexTable() {
+    for (const char c : std::string_view("0123456789ABCDEFabcdef"))
+      digit[static_cast<unsigned char>(c)] = true;
+  }
+};
+const HexTable kHex;
+
+bool isHex(std::string_view text) {
   for (char c : text)
-    if (!std::isxdigit(static_cast<unsigned char>(c)))
+    if (!kHex.digit[static_cast<unsigned char>(c)])
       return false;
   return true;
 }
 
-/// One group: its code, the raw value line and the line number of the code.
+/// One group: its code, the value line (a view into the file's text) and the line number of
+/// the code.
 struct Group {
   int code = 0;
-  std::string value;
+  std::string_view value;
   std::size_t line = 0;
 };
 
-/// Reads groups from a file in large blocks and checks each value against its code's type.
+/// Reads the whole file, then hands out its groups and checks each value against its code's
+/// type. Values are views into the file's text, which lives as long as the reader.
 class GroupReader {
 public:
-  explicit GroupReader(std::FILE* file) : m_file(file), m_buffer(1 << 16) {}
+  explicit GroupReader(std::FILE* file) {
+    // A regular file is mapped as it is; anything else (a pipe) is read to its end.
+    struct stat info;
+    if (::fstat(::fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
+      const std::size_t size = static_cast<std::size_t>(info.st_size);
+      void* mapped = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, ::fileno(file), 0);
+      if (mapped != MAP_FAILED) {
+        ::madvise(mapped, size, MADV_SEQUENTIAL);
+        m_mapped = mapped;
+        m_mappedSize = size;
+        m_data = static_cast<const char*>(mapped);
+        m_size = size;
+        return;
+      }
+    }
+    std::size_t capacity = 1 << 20;
+    m_text.reset(new char[capacity]);
+    for (;;) {
+      if (m_size == capacity) {
+        std::unique_ptr<char[]> larger(new char[2 * capacity]);
+        std::memcpy(larger.get(), m_text.get(), m_size);
+        m_text = std::move(larger);
+        capacity *= 2;
+      }
+      const std::size_t n = std::fread(m_text.get() + m_size, 1, capacity - m_size, file);
+      m_size += n;
+      if (n == 0)
+        break;
+    }
+    if (std::ferror(file))
+      fail(1, "the file cannot be read");
+    m_data = m_text.get();
+  }
+
+  ~GroupReader() {
+    if (m_mapped)
+      ::munmap(m_mapped, m_mappedSize);
+  }
+
+  GroupReader(const GroupReader&) = delete;
+  GroupReader& operator=(const GroupReader&) = delete;
+
+  /// The size of the file's text, in bytes.
+  std::size_t size() const { return m_size; }
 
   /// The next group, or false when the file has no more lines.
   bool next(Group& group) {
@@ -105,7 +172,7 @@ public:
       group = m_last;
       return true;
     }
-    std::string codeLine;
+    std::string_view codeLine;
     if (!readLine(codeLine))
       return false;
     m_last.line = m_lineNumber;
@@ -127,40 +194,39 @@ public:
   std::size_t nextLine() const { return m_lineNumber + 1; }
 
 private:
-  bool readLine(std::string& line) {
-    line.clear();
-    bool any = false;
-    for (;;) {
-      if (m_pos == m_end) {
-        m_pos = 0;
-        m_end = std::fread(m_buffer.data(), 1, m_buffer.size(), m_file);
-        if (m_end == 0) {
-          if (std::ferror(m_file))
-            fail(m_lineNumber + 1, "the file cannot be read");
-          if (!any)
-            return false;
-          break;
-        }
-      }
-      any = true;
-      const char* start = m_buffer.data() + m_pos;
-      const void* nl = std::memchr(start, '\n', m_end - m_pos);
-      if (nl) {
-        const std::size_t n = static_cast<const char*>(nl) - start;
-        line.append(start, n);
-        m_pos += n + 1;
-        break;
-      }
-      line.append(start, m_end - m_pos);
-      m_pos = m_end;
-    }
+  bool readLine(std::string_view& line) {
+    if (m_pos >= m_size)
+      return false;
+    const char* start = m_data + m_pos;
+    const std::size_t left = m_size - m_pos;
+    const void* nl = std::memchr(start, '\n', left);
+    const std::size_t n =
+        nl ? static_cast<std::size_t>(static_cast<const char*>(nl) - start) : left;
+    line = std::string_view(start, n);
+    m_pos += nl ? n + 1 : n;
+    if (m_mapped && m_pos - m_released >= kReleaseStep)
+      release();
     ++m_lineNumber;
     if (!line.empty() && line.back() == '\r')
-      line.pop_back();
-    if (m_lineNumber == 1 && line.compare(0, 3, "\xEF\xBB\xBF") == 0)
-      line.erase(0, 3);
+      line.remove_suffix(1);
+    if (m_lineNumber == 1 && line.substr(0, 3) == "\xEF\xBB\xBF")
+      line.remove_prefix(3);
     return true;
   }
+
+  /// Gives back the pages of the mapped text that have been read, so a large file does not
+  /// stay resident as a whole. The mapping is of the unchanged file, so a view into a page
+  /// given back (a header value kept for later, say) reads the same text again when used.
+  void release() {
+    const std::size_t page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const std::size_t end = m_pos / page * page;
+    if (end > m_released) {
+      ::madvise(static_cast<char*>(m_mapped) + m_released, end - m_released, MADV_DONTNEED);
+      m_released = end;
+    }
+  }
+
+  static constexpr std::size_t kReleaseStep = std::size_t(8) << 20;
 
   static void check(const Group& g) {
     const std::size_t valueLine = g.line + 1;
@@ -187,14 +253,14 @@ private:
       return;
     }
     case OdDbDxfItemFiler::kHandle: {
-      const std::string t = trimmed(g.value);
+      const std::string_view t = trimmed(g.value);
       if (t.empty() || t.size() > 16 || !isHex(t))
         fail(valueLine,
              "group " + std::to_string(g.code) + " needs a hex handle, found " + quoted(g.value));
       return;
     }
     case OdDbDxfItemFiler::kBinary: {
-      const std::string t = trimmed(g.value);
+      const std::string_view t = trimmed(g.value);
       if (!isHex(t) || t.size() % 2 != 0)
         fail(valueLine, "group " + std::to_string(g.code) +
                             " needs binary data as an even number of hex digits, found " +
@@ -204,10 +270,13 @@ private:
     }
   }
 
-  std::FILE* m_file;
-  std::vector<char> m_buffer;
+  void* m_mapped = nullptr; ///< the file's pages when it is mapped
+  std::size_t m_mappedSize = 0;
+  std::size_t m_released = 0;     ///< mapped bytes before this were given back
+  std::unique_ptr<char[]> m_text; ///< the text read when the file cannot be mapped
+  const char* m_data = nullptr;   ///< the text, mapped or read
+  std::size_t m_size = 0;
   std::size_t m_pos = 0;
-  std::size_t m_end = 0;
   std::size_t m_lineNumber = 0;
   Group m_last;
   bool m_pushedBack = false;
@@ -239,14 +308,29 @@ double doubleOf(const Group& g) {
   return value;
 }
 
+/// The handle of a group (the null handle for a text that is no handle of up to 16 digits).
 OdDbHandle handleOf(const Group& g) {
-  return OdDbHandle(OdString::fromUtf8(trimmed(g.value)));
+  const std::string_view t = trimmed(g.value);
+  if (t.empty() || t.size() > 16 || !isHex(t))
+    return OdDbHandle();
+  OdUInt64 value = 0;
+  for (char c : t)
+    value = (value << 4) | static_cast<OdUInt64>(c <= '9'   ? c - '0'
+                                                 : c <= 'F' ? c - 'A' + 10
+                                                            : c - 'a' + 10);
+  return OdDbHandle(value);
 }
 
 class DxfFileReader {
 public:
   DxfFileReader(std::FILE* file, std::vector<OdString>* notes)
-      : m_in(file), m_notes(notes), m_db(OdDbDatabase::createObject()) {}
+      : m_in(file), m_notes(notes), m_db(OdDbDatabase::createObject()) {
+    // Room for the handles of a file of small entities (a few hundred bytes each), so the
+    // tables do not grow step by step while a large drawing is read.
+    const std::size_t objects = m_in.size() / 256;
+    m_seen.reserve(objects);
+    m_ids.reserve(objects);
+  }
 
   OdDbDatabasePtr read() {
     for (;;) {
@@ -287,7 +371,9 @@ private:
       readBlocks();
     else if (name.value == "ENTITIES")
       readObjects([this](FileObject& o) { readEntity(o, OdDbObjectId()); });
-    else if (name.value == "OBJECTS" || name.value == "THUMBNAILIMAGE" || name.value == "ACDSDATA")
+    else if (name.value == "OBJECTS")
+      readObjectsSection();
+    else if (name.value == "THUMBNAILIMAGE" || name.value == "ACDSDATA")
       readObjects([this](FileObject& o) { keepOut(o); });
     else
       fail(name.line + 1, "unknown section " + quoted(name.value));
@@ -348,7 +434,7 @@ private:
       if (g.code == 999)
         continue;
       if (g.code == 9) {
-        m_header.push_back(FileObject{g.value, g.line, {}});
+        m_header.push_back(FileObject{std::string(g.value), g.line, {}});
         continue;
       }
       if (m_header.empty())
@@ -366,19 +452,48 @@ private:
         !parseInteger(g.value.substr(2), number))
       fail(g.line + 1, "not a drawing version: " + quoted(g.value));
     if (number < 1015)
-      fail(g.line + 1, "drawings of version " + g.value + " are not read (AC1015 or later)");
+      fail(g.line + 1,
+           "drawings of version " + std::string(g.value) + " are not read (AC1015 or later)");
     m_version = static_cast<int>(number);
   }
 
   // Strings of AC1021 and later are UTF-8; older files are read as their one-byte code page,
   // taken as Latin-1.
-  OdString text(const std::string& value) const {
-    if (m_version >= 1021)
-      return OdString::fromUtf8(value);
-    OdString result;
-    for (unsigned char c : value)
-      result += static_cast<OdChar>(c);
-    return result;
+  OdString text(std::string_view value) const {
+    // Plain ASCII (numbers, handles, hex, most names) reads the same either way.
+    if (isAscii(value))
+      return OdString(std::u16string(value.begin(), value.end()));
+    if (m_version < 1021) {
+      std::u16string units(value.size(), u'\0');
+      for (std::size_t i = 0; i < value.size(); ++i)
+        units[i] = static_cast<char16_t>(static_cast<unsigned char>(value[i]));
+      return OdString(std::move(units));
+    }
+    return OdString::fromUtf8(std::string(value));
+  }
+
+  static bool isAscii(std::string_view value) {
+    const char* p = value.data();
+    std::size_t n = value.size();
+    // Eight characters at a time: none has its top bit set.
+    for (; n >= 8; p += 8, n -= 8) {
+      std::uint64_t word = 0;
+      std::memcpy(&word, p, 8);
+      if ((word & 0x8080808080808080ull) != 0)
+        return false;
+    }
+    for (; n > 0; ++p, --n)
+      if (static_cast<unsigned char>(*p) >= 0x80)
+        return false;
+    return true;
+  }
+
+  /// The value of a group as the item filer holds it. Values of every type but strings were
+  /// checked as numbers, handles or hex when read, so they are plain ASCII.
+  OdString itemText(const Group& g) const {
+    if (OdDbDxfItemFiler::valueType(g.code) != OdDbDxfItemFiler::kString)
+      return OdString(std::u16string(g.value.begin(), g.value.end()));
+    return text(g.value);
   }
 
   OdDbObjectId recordIn(OdDbObjectId tableId, const Group& nameGroup, const char* what) {
@@ -417,6 +532,8 @@ private:
           m_db->setLTSCALE(doubleOf(first));
         else if (var.type == "$TEXTSIZE" && first.code == 40)
           m_db->setTEXTSIZE(doubleOf(first));
+        else if (var.type == "$DIMSCALE" && first.code == 40)
+          m_db->setDIMSCALE(doubleOf(first));
         else if (var.type == "$CELWEIGHT" && first.code == 370)
           m_db->setCELWEIGHT(static_cast<OdDb::LineWeight>(integerOf(first)));
         else if (var.type == "$UCSORG" || var.type == "$UCSXDIR" || var.type == "$UCSYDIR") {
@@ -496,7 +613,7 @@ private:
     if (handle.isNull())
       fail(g.line + 1, "an object with the null handle 0");
     if (!m_seen.insert(static_cast<OdUInt64>(handle)).second)
-      fail(g.line + 1, "handle " + trimmed(g.value) + " is used by two objects");
+      fail(g.line + 1, "handle " + std::string(trimmed(g.value)) + " is used by two objects");
     return handle;
   }
 
@@ -510,7 +627,7 @@ private:
       const Group* name = table.find(2);
       if (!name)
         fail(table.line, "a table without a name (group 2)");
-      readTable(table, name->value);
+      readTable(table, std::string(name->value));
     }
     resolveLayerLinetypes();
   }
@@ -814,26 +931,28 @@ private:
     if (!handleGroup)
       fail(o.line, o.type + " without a handle (group 5)");
     const OdDbHandle handle = claim(*handleGroup);
+    noteReferences(o, last, ownerGroup);
 
     OdDbObjectId ownerId = blockId;
     if (ownerGroup && !handleOf(*ownerGroup).isNull()) {
       auto it = m_ids.find(static_cast<OdUInt64>(handleOf(*ownerGroup)));
       if (it == m_ids.end() || !it->second.objectClass() ||
           !it->second.objectClass()->isDerivedFrom(OdDbBlockTableRecord::desc()))
-        fail(ownerGroup->line + 1,
-             "owner handle " + trimmed(ownerGroup->value) + " points to no block record");
+        fail(ownerGroup->line + 1, "owner handle " + std::string(trimmed(ownerGroup->value)) +
+                                       " points to no block record");
       if (!blockId.isNull() && it->second != blockId)
-        fail(ownerGroup->line + 1,
-             "owner handle " + trimmed(ownerGroup->value) + " is not the block the entity is in");
+        fail(ownerGroup->line + 1, "owner handle " + std::string(trimmed(ownerGroup->value)) +
+                                       " is not the block the entity is in");
       ownerId = it->second;
     }
     if (ownerId.isNull())
       ownerId = paperSpace ? m_db->getPaperSpaceId() : m_db->getModelSpaceId();
 
     m_items.clear();
+    m_items.reserve(last - first);
     for (std::size_t i = first; i < last; ++i)
-      m_items.push_back(OdDbDxfItemFiler::Item{o.groups[i].code, text(o.groups[i].value)});
-    m_filer.openForRead(m_items, m_db);
+      m_items.push_back(OdDbDxfItemFiler::Item{o.groups[i].code, itemText(o.groups[i])});
+    m_filer.openForRead(std::move(m_items), m_db);
 
     const OdString dxfName = text(o.type);
     // Proxies carry another class's data: the hooks read them, never the proxy class itself.
@@ -847,11 +966,12 @@ private:
       try {
         result = entity->dxfInFields(&m_filer);
       } catch (const OdError& e) {
-        fail(o.line, o.type + " " + trimmed(handleGroup->value) + ": " + e.description().toUtf8());
+        fail(o.line, o.type + " " + std::string(trimmed(handleGroup->value)) + ": " +
+                         e.description().toUtf8());
       }
       if (result != eOk)
         fail(o.line,
-             o.type + " " + trimmed(handleGroup->value) +
+             o.type + " " + std::string(trimmed(handleGroup->value)) +
                  " cannot be read: " + odResultText(result) +
                  (result == eKeyNotFound ? " (a layer or linetype the file does not define)" : ""));
     } else {
@@ -862,7 +982,8 @@ private:
         const std::size_t at = first + e.item();
         fail(at < last ? o.groups[at].line + 1 : o.line, e.description().toUtf8());
       } catch (const OdError& e) {
-        fail(o.line, o.type + " " + trimmed(handleGroup->value) + ": " + e.description().toUtf8());
+        fail(o.line, o.type + " " + std::string(trimmed(handleGroup->value)) + ": " +
+                         e.description().toUtf8());
       }
       if (entity.isNull()) {
         note(o.line, "skipped an entity of unknown type " + o.type);
@@ -873,6 +994,257 @@ private:
     const OdDbObjectId id = addWithHandle(entity, ownerId, handle, o.line);
     m_blockEntities[static_cast<OdUInt64>(ownerId.getHandle())].push_back(id);
     m_blockOrder.push_back(ownerId);
+  }
+
+  // OBJECTS ------------------------------------------------------------------------------------
+
+  /// A pointer of a group (codes 330 to 369: owners, reactors, soft and hard pointers and
+  /// owners), checked once every handle of the file is known.
+  struct Reference {
+    OdUInt64 handle;
+    std::size_t line;
+    int code;
+  };
+
+  /// skip is a group checked already (an entity's owner, which must be a block record).
+  void noteReferences(const FileObject& o, std::size_t last, const Group* skip = nullptr) {
+    for (std::size_t i = 0; i < last && i < o.groups.size(); ++i) {
+      const Group& g = o.groups[i];
+      if (g.code >= 330 && g.code <= 369 && &g != skip) {
+        const OdUInt64 value = static_cast<OdUInt64>(handleOf(g));
+        if (value != 0)
+          m_references.push_back({value, g.line + 1, g.code});
+      }
+    }
+  }
+
+  void checkReferences() const {
+    for (const Reference& r : m_references)
+      if (m_seen.find(r.handle) == m_seen.end())
+        fail(r.line, "group " + std::to_string(r.code) + " points to handle " +
+                         OdDbHandle(r.handle).ascii().toUtf8() + ", which no object has");
+  }
+
+  /// The groups of an object: its handle and owner (before the first subclass marker, outside
+  /// 102 brackets) and the range its class reads (from the first marker to extended data).
+  struct ObjectParts {
+    const Group* handle = nullptr;
+    const Group* owner = nullptr;
+    std::size_t first = 0;
+    std::size_t last = 0;
+  };
+
+  static ObjectParts partsOf(const FileObject& o) {
+    ObjectParts parts;
+    parts.first = parts.last = o.groups.size();
+    int bracket = 0;
+    for (std::size_t i = 0; i < o.groups.size(); ++i) {
+      const Group& g = o.groups[i];
+      if (g.code >= 1000) {
+        parts.last = i;
+        break;
+      }
+      if (parts.first != o.groups.size())
+        continue;
+      if (g.code == 100)
+        parts.first = i;
+      else if (g.code == 102)
+        bracket += !g.value.empty() && g.value[0] == '{' ? 1 : -1;
+      else if (g.code == 5 && !parts.handle)
+        parts.handle = &g;
+      else if (g.code == 330 && bracket == 0 && !parts.owner)
+        parts.owner = &g;
+    }
+    return parts;
+  }
+
+  /// A dictionary's entries as the file lists them: name, handle and the line of the name.
+  struct DictionaryEntry {
+    OdString name;
+    OdDbHandle handle;
+    std::size_t line;
+  };
+
+  std::vector<DictionaryEntry> dictionaryEntries(const FileObject& o, const ObjectParts& parts,
+                                                 bool& hard, int& cloning) {
+    std::vector<DictionaryEntry> entries;
+    std::unordered_set<std::string> names;
+    const Group* pendingName = nullptr;
+    hard = false;
+    cloning = OdDb::kDrcIgnore;
+    for (std::size_t i = parts.first; i < parts.last; ++i) {
+      const Group& g = o.groups[i];
+      if (g.code == 280) {
+        hard = integerOf(g) != 0;
+      } else if (g.code == 281) {
+        const long long value = integerOf(g);
+        if (value < OdDb::kDrcNotApplicable || value > OdDb::kDrcUnmangleName)
+          fail(g.line + 1, "not a cloning flag: " + quoted(g.value));
+        cloning = static_cast<int>(value);
+      } else if (g.code == 3) {
+        if (pendingName)
+          fail(g.line, "dictionary entry " + quoted(pendingName->value) + " has no handle");
+        if (g.value.empty())
+          fail(g.line + 1, "a dictionary entry without a name");
+        if (!names.insert(upper(text(g.value))).second)
+          fail(g.line + 1, "a second dictionary entry named " + quoted(g.value));
+        pendingName = &g;
+      } else if (g.code == 350 || g.code == 360) {
+        if (!pendingName)
+          fail(g.line, "a dictionary entry without a name (group 3)");
+        const OdDbHandle handle = handleOf(g);
+        if (handle.isNull())
+          fail(g.line + 1,
+               "dictionary entry " + quoted(pendingName->value) + " points to the null handle");
+        entries.push_back({text(pendingName->value), handle, g.line + 1});
+        pendingName = nullptr;
+      }
+    }
+    if (pendingName)
+      fail(pendingName->line, "dictionary entry " + quoted(pendingName->value) + " has no handle");
+    return entries;
+  }
+
+  /// Reads the whole section first, since dictionaries name their entries before the entries
+  /// come. The file's named-objects dictionary (the first dictionary without an owner) and its
+  /// ACAD_GROUP dictionary stand for the new database's own; every other object is made and
+  /// added under its handle, and then each dictionary's entries are set in file order.
+  void readObjectsSection() {
+    std::vector<FileObject> objects;
+    for (FileObject o; nextObject(o);)
+      objects.push_back(std::move(o));
+
+    std::vector<ObjectParts> parts(objects.size());
+    std::size_t root = objects.size();
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+      const FileObject& o = objects[i];
+      parts[i] = partsOf(o);
+      if (!parts[i].handle)
+        fail(o.line, o.type + " without a handle (group 5)");
+      claim(*parts[i].handle);
+      noteReferences(o, parts[i].last);
+      if (root == objects.size() && o.type == "DICTIONARY" &&
+          (!parts[i].owner || handleOf(*parts[i].owner).isNull()))
+        root = i;
+    }
+
+    std::vector<std::vector<DictionaryEntry>> entries(objects.size());
+    std::vector<OdDbObjectId> ids(objects.size());
+    std::size_t groups = objects.size();
+    if (root < objects.size()) {
+      ids[root] = m_db->getNamedObjectsDictionaryId();
+      bool hard = false;
+      int cloning = 0;
+      entries[root] = dictionaryEntries(objects[root], parts[root], hard, cloning);
+      for (const DictionaryEntry& entry : entries[root])
+        if (upper(entry.name) == "ACAD_GROUP")
+          for (std::size_t i = 0; i < objects.size(); ++i)
+            if (i != root && objects[i].type == "DICTIONARY" &&
+                handleOf(*parts[i].handle) == entry.handle)
+              groups = i;
+      if (groups < objects.size())
+        ids[groups] = m_db->getGroupDictionaryId();
+    }
+
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+      const FileObject& o = objects[i];
+      const OdDbHandle handle = handleOf(*parts[i].handle);
+      if (o.type == "DICTIONARY") {
+        bool hard = false;
+        int cloning = 0;
+        entries[i] = dictionaryEntries(o, parts[i], hard, cloning);
+        if (ids[i].isNull()) {
+          OdDbDictionaryPtr dictionary = OdDbDictionary::createObject();
+          ids[i] = addWithHandle(dictionary, OdDbObjectId(), handle, o.line);
+        }
+        OdDbDictionaryPtr dictionary = ids[i].safeOpenObject(OdDb::kForWrite);
+        dictionary->setTreatElementsAsHard(hard);
+        dictionary->setMergeStyle(static_cast<OdDb::DuplicateRecordCloning>(cloning));
+      } else {
+        OdDbObjectPtr object = readObject(o, parts[i]);
+        if (object.isNull()) {
+          note(o.line, "skipped an object of unknown type " + o.type);
+          m_keptOut.push_back(handle);
+          continue;
+        }
+        ids[i] = addWithHandle(object, OdDbObjectId(), handle, o.line);
+      }
+      m_ids[static_cast<OdUInt64>(handle)] = ids[i];
+    }
+
+    // Owners: a dictionary's entries are owned by it; anything else by what its 330 names.
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+      if (ids[i].isNull() || i == root || !parts[i].owner)
+        continue;
+      const auto owner = m_ids.find(static_cast<OdUInt64>(handleOf(*parts[i].owner)));
+      if (owner != m_ids.end()) {
+        OdDbObjectPtr object = ids[i].safeOpenObject(OdDb::kForWrite);
+        object->setOwnerId(owner->second);
+      }
+    }
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+      if (objects[i].type != "DICTIONARY")
+        continue;
+      OdDbDictionaryPtr dictionary = ids[i].safeOpenObject(OdDb::kForWrite);
+      for (const DictionaryEntry& entry : entries[i]) {
+        const OdUInt64 key = static_cast<OdUInt64>(entry.handle);
+        if (m_seen.find(key) == m_seen.end())
+          fail(entry.line, "dictionary entry " + quoted(entry.name.toUtf8()) +
+                               " points to handle " + entry.handle.ascii().toUtf8() +
+                               ", which no object has");
+        const auto target = m_ids.find(key);
+        if (target == m_ids.end()) {
+          note(entry.line, "left out dictionary entry " + quoted(entry.name.toUtf8()) +
+                               ", whose object was skipped");
+          continue;
+        }
+        try {
+          dictionary->setAt(entry.name, target->second.safeOpenObject(OdDb::kForWrite));
+        } catch (const OdError& e) {
+          fail(entry.line,
+               "dictionary entry " + quoted(entry.name.toUtf8()) + ": " + e.description().toUtf8());
+        }
+      }
+    }
+  }
+
+  /// An object of the OBJECTS section through the class registered for its type, or the hooks;
+  /// null when neither knows it.
+  OdDbObjectPtr readObject(const FileObject& o, const ObjectParts& parts) {
+    m_items.clear();
+    m_items.reserve(parts.last - parts.first);
+    for (std::size_t i = parts.first; i < parts.last; ++i)
+      m_items.push_back(OdDbDxfItemFiler::Item{o.groups[i].code, itemText(o.groups[i])});
+    m_filer.openForRead(std::move(m_items), m_db);
+    const std::string handle(trimmed(parts.handle->value));
+    const OdString dxfName = text(o.type);
+    // Proxies carry another class's data: the hooks read them, never the proxy class itself.
+    OdRxClass* cls = odrxClassByDxfName(dxfName);
+    if (cls && (cls->isDerivedFrom(OdDbEntity::desc()) || odDbDxfIsProxyClass(cls) ||
+                !cls->isDerivedFrom(OdDbObject::desc())))
+      cls = nullptr;
+    if (!cls) {
+      try {
+        return odDbDxfFileHooksInUse()->readUnknownObject(dxfName, m_classes, &m_filer);
+      } catch (const OdDbDxfProxyReadError& e) {
+        const std::size_t at = parts.first + e.item();
+        fail(at < parts.last ? o.groups[at].line + 1 : o.line, e.description().toUtf8());
+      } catch (const OdError& e) {
+        fail(o.line, o.type + " " + handle + ": " + e.description().toUtf8());
+      }
+    }
+    OdDbObjectPtr object = OdDbObject::cast(cls->create());
+    if (object.isNull())
+      fail(o.line, "cannot make a " + o.type);
+    OdResult result = eOk;
+    try {
+      result = object->dxfInFields(&m_filer);
+    } catch (const OdError& e) {
+      fail(o.line, o.type + " " + handle + ": " + e.description().toUtf8());
+    }
+    if (result != eOk)
+      fail(o.line, o.type + " " + handle + " cannot be read: " + odResultText(result));
+    return object;
   }
 
   // Adding to the database ---------------------------------------------------------------------
@@ -913,6 +1285,7 @@ private:
   }
 
   void finish() {
+    checkReferences();
     std::unordered_set<OdUInt64> done;
     for (const OdDbObjectId& blockId : m_blockOrder) {
       const OdUInt64 key = static_cast<OdUInt64>(blockId.getHandle());
@@ -942,6 +1315,7 @@ private:
   std::vector<FileObject> m_header;
   std::vector<OdDbDxfClassRecord> m_classes;
   std::unordered_set<OdUInt64> m_seen;
+  std::vector<Reference> m_references;
   std::vector<OdDbHandle> m_keptOut;
   std::unordered_map<OdUInt64, OdDbObjectId> m_ids;
   std::unordered_set<std::string> m_recordNames;

@@ -10,6 +10,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -52,37 +53,59 @@ void integerRange(OdDbDxfItemFiler::ValueType type, OdInt64& min, OdInt64& max) 
 
 /// The value's text without surrounding blanks, as 8-bit characters. Numbers, handles and hex
 /// are plain ASCII; anything else (a control character, a non-ASCII unit) makes it no number.
-bool numericText(const OdString& value, std::string& text) {
-  const std::u16string& units = value.str();
-  std::size_t first = 0;
-  std::size_t last = units.size();
-  while (first < last && (units[first] == u' ' || units[first] == u'\t'))
-    ++first;
-  while (last > first && (units[last - 1] == u' ' || units[last - 1] == u'\t'))
-    --last;
-  text.clear();
-  for (std::size_t i = first; i < last; ++i) {
-    if (units[i] < 0x21 || units[i] > 0x7E)
-      return false;
-    text.push_back(static_cast<char>(units[i]));
+/// Short texts (every number) are copied to a buffer of its own, so reading costs no
+/// allocation.
+class NumericText {
+public:
+  bool set(const OdString& value) {
+    const std::u16string& units = value.str();
+    std::size_t first = 0;
+    std::size_t last = units.size();
+    while (first < last && (units[first] == u' ' || units[first] == u'\t'))
+      ++first;
+    while (last > first && (units[last - 1] == u' ' || units[last - 1] == u'\t'))
+      --last;
+    m_size = last - first;
+    char* out = m_small;
+    if (m_size > sizeof m_small) {
+      m_large.resize(m_size);
+      out = &m_large[0];
+    }
+    m_data = out;
+    for (std::size_t i = first; i < last; ++i) {
+      if (units[i] < 0x21 || units[i] > 0x7E)
+        return false;
+      *out++ = static_cast<char>(units[i]);
+    }
+    return true;
   }
-  return true;
-}
+  const char* begin() const { return m_data; }
+  const char* end() const { return m_data + m_size; }
+  std::size_t size() const { return m_size; }
+  bool empty() const { return m_size == 0; }
+  char operator[](std::size_t i) const { return m_data[i]; }
+
+private:
+  char m_small[64];
+  std::string m_large;
+  const char* m_data = m_small;
+  std::size_t m_size = 0;
+};
 
 /// from_chars refuses a leading '+', which other writers may put before a number.
-const char* skipPlus(const std::string& text) {
-  const char* begin = text.data();
+const char* skipPlus(const NumericText& text) {
+  const char* begin = text.begin();
   if (text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+')
     ++begin;
   return begin;
 }
 
 bool parseInteger(const OdString& value, OdInt64& result) {
-  std::string text;
-  if (!numericText(value, text) || text.empty())
+  NumericText text;
+  if (!text.set(value) || text.empty())
     return false;
   const char* begin = skipPlus(text);
-  const char* end = text.data() + text.size();
+  const char* end = text.end();
   long long parsed = 0;
   const std::from_chars_result r = std::from_chars(begin, end, parsed);
   if (r.ec != std::errc() || r.ptr != end)
@@ -92,11 +115,11 @@ bool parseInteger(const OdString& value, OdInt64& result) {
 }
 
 bool parseDouble(const OdString& value, double& result) {
-  std::string text;
-  if (!numericText(value, text) || text.empty())
+  NumericText text;
+  if (!text.set(value) || text.empty())
     return false;
   const char* begin = skipPlus(text);
-  const char* end = text.data() + text.size();
+  const char* end = text.end();
   double parsed = 0.0;
   const std::from_chars_result r = std::from_chars(begin, end, parsed, std::chars_format::general);
   // Overflow ("1e999") is refused like any other text that is no finite double; so are "inf"
@@ -107,19 +130,29 @@ bool parseDouble(const OdString& value, double& result) {
   return true;
 }
 
+/// The value of each hex digit in either letter case, -1 for every other character.
+struct HexDigits {
+  signed char value[256];
+  HexDigits() {
+    for (signed char& v : value)
+      v = -1;
+    for (int i = 0; i < 10; ++i)
+      value['0' + i] = static_cast<signed char>(i);
+    for (int i = 0; i < 6; ++i) {
+      value['A' + i] = static_cast<signed char>(10 + i);
+      value['a' + i] = static_cast<signed char>(10 + i);
+    }
+  }
+};
+const HexDigits kHexDigits;
+
 int hexDigit(char c) {
-  if (c >= '0' && c <= '9')
-    return c - '0';
-  if (c >= 'A' && c <= 'F')
-    return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f')
-    return c - 'a' + 10;
-  return -1;
+  return kHexDigits.value[static_cast<unsigned char>(c)];
 }
 
 bool parseHandle(const OdString& value, OdDbHandle& result) {
-  std::string text;
-  if (!numericText(value, text) || text.empty() || text.size() > kMaxHandleDigits)
+  NumericText text;
+  if (!text.set(value) || text.empty() || text.size() > kMaxHandleDigits)
     return false;
   OdUInt64 parsed = 0;
   for (char c : text) {
@@ -130,6 +163,57 @@ bool parseHandle(const OdString& value, OdDbHandle& result) {
   }
   result = OdDbHandle(parsed);
   return true;
+}
+
+const char kHexUpper[] = "0123456789ABCDEF";
+
+/// The two upper-case hex digits of every byte.
+struct HexPairs {
+  char digits[256][2];
+  HexPairs() {
+    for (int i = 0; i < 256; ++i) {
+      digits[i][0] = kHexUpper[i >> 4];
+      digits[i][1] = kHexUpper[i & 0x0F];
+    }
+  }
+};
+const HexPairs kHexPairs;
+
+/// The code lines of the group codes DXF defines (0 to 1071, with room to spare), right-aligned
+/// in three columns as "%3d" prints them.
+struct CodeLines {
+  static constexpr int kCount = 1100;
+  char text[kCount][8];
+  unsigned char size[kCount];
+  CodeLines() {
+    for (int code = 0; code < kCount; ++code) {
+      char digits[8];
+      const std::to_chars_result r = std::to_chars(digits, digits + sizeof digits, code);
+      std::size_t n = static_cast<std::size_t>(r.ptr - digits);
+      std::size_t at = 0;
+      for (; at + n < 3; ++at)
+        text[code][at] = ' ';
+      for (std::size_t i = 0; i < n; ++i)
+        text[code][at++] = digits[i];
+      text[code][at++] = '\n';
+      size[code] = static_cast<unsigned char>(at);
+    }
+  }
+};
+const CodeLines kCodeLines;
+
+/// Upper-case hex without leading zeros ("0" for zero), as handles are written; returns the
+/// length (at most 16).
+std::size_t formatHandle(OdUInt64 value, char* buffer) {
+  char digits[16];
+  std::size_t n = 0;
+  do {
+    digits[n++] = kHexUpper[value & 0x0F];
+    value >>= 4;
+  } while (value != 0);
+  for (std::size_t i = 0; i < n; ++i)
+    buffer[i] = digits[n - 1 - i];
+  return n;
 }
 
 bool hasLineBreak(const OdString& value) {
@@ -214,12 +298,18 @@ OdDbDxfItemFiler::~OdDbDxfItemFiler() = default;
 
 void OdDbDxfItemFiler::openForWrite(OdDbDatabase* db, FilerType type) {
   m_items.clear();
+  m_text = nullptr;
   m_database = db;
   m_filerType = type;
   m_status = eOk;
   m_reading = false;
   m_next = 0;
   m_current = kNoItem;
+}
+
+void OdDbDxfItemFiler::openForText(std::string* out, OdDbDatabase* db, FilerType type) {
+  openForWrite(db, type);
+  m_text = out;
 }
 
 void OdDbDxfItemFiler::openForRead(const ItemArray& items, OdDbDatabase* db, FilerType type) {
@@ -229,7 +319,15 @@ void OdDbDxfItemFiler::openForRead(const ItemArray& items, OdDbDatabase* db, Fil
   rewind();
 }
 
+void OdDbDxfItemFiler::openForRead(ItemArray&& items, OdDbDatabase* db, FilerType type) {
+  m_items = std::move(items);
+  m_database = db;
+  m_filerType = type;
+  rewind();
+}
+
 void OdDbDxfItemFiler::rewind() {
+  m_text = nullptr;
   m_status = eOk;
   m_reading = true;
   m_next = 0;
@@ -433,24 +531,27 @@ void OdDbDxfItemFiler::rdBinaryChunk(OdUInt8Array& data) {
   const Item* item = current();
   if (!item)
     return;
-  std::string text;
-  if (valueType(item->code) != kBinary || !numericText(item->value, text) || text.size() % 2 != 0) {
+  NumericText text;
+  if (valueType(item->code) != kBinary || !text.set(item->value) || text.size() % 2 != 0) {
     fail(eInvalidDxfCode);
     return;
   }
-  // Decoded aside first, so a bad digit at the end appends nothing.
-  OdUInt8Array bytes;
-  bytes.reserve(static_cast<OdUInt8Array::size_type>(text.size() / 2));
-  for (std::size_t i = 0; i < text.size(); i += 2) {
-    const int high = hexDigit(text[i]);
-    const int low = hexDigit(text[i + 1]);
+  // Decoded in place past the end, and kept only when every digit is good, so a bad digit at
+  // the end appends nothing.
+  const OdUInt8Array::size_type before = data.size();
+  const OdUInt8Array::size_type count = static_cast<OdUInt8Array::size_type>(text.size() / 2);
+  data.resize(before + count);
+  OdUInt8* bytes = data.asArrayPtr() + before;
+  for (OdUInt8Array::size_type i = 0; i < count; ++i) {
+    const int high = hexDigit(text[2 * i]);
+    const int low = hexDigit(text[2 * i + 1]);
     if (high < 0 || low < 0) {
+      data.resize(before);
       fail(eInvalidDxfCode);
       return;
     }
-    bytes.push_back(static_cast<OdUInt8>((high << 4) | low));
+    bytes[i] = static_cast<OdUInt8>((high << 4) | low);
   }
-  data.append(bytes);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -464,10 +565,61 @@ bool OdDbDxfItemFiler::canWrite() {
   return true;
 }
 
+void OdDbDxfItemFiler::appendCode(int groupCode) {
+  if (groupCode >= 0 && groupCode < CodeLines::kCount) {
+    m_text->append(kCodeLines.text[groupCode], kCodeLines.size[groupCode]);
+    return;
+  }
+  // Right-aligned in three columns, as "%3d" prints it.
+  char buffer[16];
+  const std::to_chars_result r = std::to_chars(buffer, buffer + sizeof buffer, groupCode);
+  const std::size_t n = static_cast<std::size_t>(r.ptr - buffer);
+  if (n < 3)
+    m_text->append(3 - n, ' ');
+  m_text->append(buffer, n);
+  m_text->push_back('\n');
+}
+
 void OdDbDxfItemFiler::append(int groupCode, const OdString& value) {
+  if (m_text) {
+    appendCode(groupCode);
+    // Plain ASCII (almost every string of a drawing) goes over unit by unit; anything else
+    // through the UTF-8 encoder.
+    const std::u16string& units = value.str();
+    bool ascii = true;
+    for (char16_t unit : units)
+      if (unit >= 0x80) {
+        ascii = false;
+        break;
+      }
+    if (ascii) {
+      const std::size_t at = m_text->size();
+      m_text->resize(at + units.size());
+      char* out = &(*m_text)[at];
+      for (char16_t unit : units)
+        *out++ = static_cast<char>(unit);
+    } else {
+      m_text->append(value.toUtf8());
+    }
+    m_text->push_back('\n');
+    return;
+  }
   Item item;
   item.code = groupCode;
   item.value = value;
+  m_items.push_back(std::move(item));
+}
+
+void OdDbDxfItemFiler::appendAscii(int groupCode, const char* text, std::size_t size) {
+  if (m_text) {
+    appendCode(groupCode);
+    m_text->append(text, size);
+    m_text->push_back('\n');
+    return;
+  }
+  Item item;
+  item.code = groupCode;
+  item.value = OdString(std::u16string(text, text + size));
   m_items.push_back(std::move(item));
 }
 
@@ -482,7 +634,9 @@ bool OdDbDxfItemFiler::writeInteger(int groupCode, OdInt64 value) {
     fail(eInvalidDxfCode);
     return false;
   }
-  append(groupCode, OdString(std::to_string(value).c_str()));
+  char buffer[24];
+  const std::to_chars_result r = std::to_chars(buffer, buffer + sizeof buffer, value);
+  appendAscii(groupCode, buffer, static_cast<std::size_t>(r.ptr - buffer));
   return true;
 }
 
@@ -520,21 +674,25 @@ void OdDbDxfItemFiler::wrInt64(int groupCode, OdInt64 value) {
   writeInteger(groupCode, value);
 }
 
-OdString OdDbDxfItemFiler::formatDouble(double value, int precision) const {
+std::size_t OdDbDxfItemFiler::formatDouble(double value, int precision, char* buffer) const {
   const int digits =
       precision == kDfltPrec ? m_precision : std::clamp(precision, 1, static_cast<int>(kMaxPrec));
-  char buffer[64];
+  char* const limit = buffer + 29; // room for ".0" after the longest text
   // Full precision writes the shortest text that reads back exactly (up to 17 digits), so a
   // file round trip never changes a value; less rounds as printf's %.*g does.
-  const std::to_chars_result r = digits >= kMaxPrec
-                                     ? std::to_chars(buffer, buffer + sizeof buffer, value)
-                                     : std::to_chars(buffer, buffer + sizeof buffer, value,
-                                                     std::chars_format::general, digits);
-  std::string text(buffer, r.ptr);
+  const std::to_chars_result r =
+      digits >= kMaxPrec ? std::to_chars(buffer, limit, value)
+                         : std::to_chars(buffer, limit, value, std::chars_format::general, digits);
+  std::size_t n = static_cast<std::size_t>(r.ptr - buffer);
   // Whole numbers get ".0", as DXF files show them, so the text reads as a real in any reader.
-  if (text.find_first_not_of("-0123456789") == std::string::npos)
-    text += ".0";
-  return OdString(text.c_str());
+  bool whole = true;
+  for (std::size_t i = 0; i < n && whole; ++i)
+    whole = buffer[i] == '-' || (buffer[i] >= '0' && buffer[i] <= '9');
+  if (whole) {
+    buffer[n++] = '.';
+    buffer[n++] = '0';
+  }
+  return n;
 }
 
 bool OdDbDxfItemFiler::writeCoordinates(int groupCode, const double* coords, int count,
@@ -553,8 +711,9 @@ bool OdDbDxfItemFiler::writeCoordinates(int groupCode, const double* coords, int
       return false;
     }
   }
+  char buffer[32];
   for (int i = 0; i < count; ++i)
-    append(groupCode + 10 * i, formatDouble(coords[i], precision));
+    appendAscii(groupCode + 10 * i, buffer, formatDouble(coords[i], precision, buffer));
   return true;
 }
 
@@ -589,7 +748,8 @@ void OdDbDxfItemFiler::wrHandle(int groupCode, const OdDbHandle& value) {
     fail(eInvalidDxfCode);
     return;
   }
-  append(groupCode, value.ascii());
+  char buffer[16];
+  appendAscii(groupCode, buffer, formatHandle(static_cast<OdUInt64>(value), buffer));
 }
 
 void OdDbDxfItemFiler::wrObjectId(int groupCode, const OdDbObjectId& id) {
@@ -611,16 +771,11 @@ void OdDbDxfItemFiler::wrBinaryChunk(int groupCode, const OdUInt8* buffer, OdUIn
     fail(eInvalidInput);
     return;
   }
-  static const char kHex[] = "0123456789ABCDEF";
+  char text[2 * kMaxBinaryChunkBytes];
   for (OdUInt32 offset = 0; offset < numBytes; offset += kMaxBinaryChunkBytes) {
     const OdUInt32 count = std::min(kMaxBinaryChunkBytes, numBytes - offset);
-    std::u16string text;
-    text.reserve(2 * count);
-    for (OdUInt32 i = 0; i < count; ++i) {
-      const OdUInt8 byte = buffer[offset + i];
-      text.push_back(static_cast<char16_t>(kHex[byte >> 4]));
-      text.push_back(static_cast<char16_t>(kHex[byte & 0x0F]));
-    }
-    append(groupCode, OdString(std::move(text)));
+    for (OdUInt32 i = 0; i < count; ++i)
+      std::memcpy(text + 2 * i, kHexPairs.digits[buffer[offset + i]], 2);
+    appendAscii(groupCode, text, 2 * count);
   }
 }

@@ -14,17 +14,24 @@
 #include "RxModule.h"
 #include "RxObjectImpl.h"
 
-#include <cctype>
+#include <charconv>
 #include <string>
+#include <unordered_map>
 
 OdDbDxfProxyReadError::OdDbDxfProxyReadError(std::size_t item, const OdString& message)
     : OdError(eInvalidDxfCode, message), m_item(item) {}
 
 namespace {
 
-const OdChar* const kProxyEntityType = OD_T("ACAD_PROXY_ENTITY");
-const OdChar* const kProxyEntityMarker = OD_T("AcDbProxyEntity");
-constexpr OdInt32 kProxyEntityId = 498;
+/// What tells the two kinds of proxy apart in a file.
+struct ProxyKind {
+  const OdChar* type;   ///< group 0
+  const OdChar* marker; ///< the subclass marker of the proxy data
+  OdInt32 id;           ///< group 90
+  bool entity;
+};
+const ProxyKind kEntityProxy = {OD_T("ACAD_PROXY_ENTITY"), OD_T("AcDbProxyEntity"), 498, true};
+const ProxyKind kObjectProxy = {OD_T("ACAD_PROXY_OBJECT"), OD_T("AcDbProxyObject"), 499, false};
 constexpr int kFirstClassNumber = 500;
 constexpr int kDataDwgVersion = 33; // AC1032
 
@@ -96,11 +103,38 @@ void encodeHandles(const OdDbProxyReferenceArray& references, OdDbBitStream& str
   }
 }
 
+/// The parts a proxy is written with, seen where they lie: in a kept proxy's data, or in the
+/// filers that have just written a live object.
+struct PartsView {
+  int dwgVersion = kDataDwgVersion;
+  int maintVersion = 0;
+  const OdUInt8Array* data = nullptr;
+  OdUInt64 dataBits = 0;
+  const OdUInt8Array* strings = nullptr;
+  OdUInt64 stringBits = 0;
+  const OdDbProxyReferenceArray* references = nullptr;
+  const OdUInt8Array* graphics = nullptr; ///< null for objects
+};
+
+PartsView viewOf(const OdDbProxyData& data) {
+  PartsView view;
+  view.dwgVersion = data.dwgVersion();
+  view.maintVersion = data.maintenanceVersion();
+  view.data = &data.data();
+  view.dataBits = data.dataBitSize();
+  view.strings = &data.strings();
+  view.stringBits = data.stringBitSize();
+  view.references = &data.references();
+  view.graphics = &data.graphicsMetafile();
+  return view;
+}
+
 /// The parts of a proxy for a live object of a module class: its file stream and, for an
-/// entity, the graphics of drawing it.
-OdDbProxyData proxyDataOf(const OdDbObject* object) {
+/// entity, the graphics of drawing it. The buffers stay in the given filer, references and
+/// graphics.
+PartsView livePartsOf(const OdDbObject* object, OdDbDwgStreamFiler& filer,
+                      OdDbProxyReferenceArray& references, OdUInt8Array& graphics) {
   const OdRxClass* cls = object->isA();
-  OdStaticRxObject<OdDbDwgStreamFiler> filer;
   filer.openForWrite(object->database(), OdDbFiler::kFileFiler);
   int maintVersion = 0;
   cls->getClassVersion(&maintVersion);
@@ -109,7 +143,6 @@ OdDbProxyData proxyDataOf(const OdDbObject* object) {
   if (filer.filerStatus() != eOk)
     throw OdError(filer.filerStatus(), OD_T("Cannot write the data of a ") + cls->name());
 
-  OdDbProxyReferenceArray references;
   if (!decodeHandles(filer.handleBuffer(), filer.handleBitSize(), references))
     throw OdError(eInvalidInput,
                   OD_T("The handle stream of a ") + cls->name() + OD_T(" cannot be read back"));
@@ -117,30 +150,23 @@ OdDbProxyData proxyDataOf(const OdDbObject* object) {
     if (groupOfReference(reference.code) == 0)
       throw OdError(eNotImplemented, OD_T("A ") + cls->name() +
                                          OD_T(" writes a plain handle, which a proxy cannot hold"));
+  if (maintVersion < 0)
+    throw OdError(eInvalidInput, OD_T("A DWG version is not negative"));
 
-  OdDbProxyData data;
-  data.setOriginalClassName(cls->name());
-  data.setOriginalDxfName(cls->dxfName());
-  data.setApplicationDescription(cls->appName());
-  data.setVersion(kDataDwgVersion, maintVersion);
-  data.setData(filer.dataBuffer(), filer.dataBitSize());
-  data.setStrings(filer.stringBuffer(), filer.stringBitSize());
-  data.setReferences(references);
+  PartsView view;
+  view.maintVersion = maintVersion;
+  view.data = &filer.dataBuffer();
+  view.dataBits = filer.dataBitSize();
+  view.strings = &filer.stringBuffer();
+  view.stringBits = filer.stringBitSize();
+  view.references = &references;
   if (const OdDbEntity* entity = OdDbEntity::cast(object).get()) {
-    OdGiProxyGraphicsWriter graphics(object->database());
-    graphics.draw(entity);
-    data.setGraphicsMetafile(graphics.data());
+    OdGiProxyGraphicsWriter writer(object->database());
+    writer.draw(entity);
+    graphics = writer.data();
+    view.graphics = &graphics;
   }
-  return data;
-}
-
-/// The parts an object is saved with: kept ones for a proxy, made ones for a module object.
-OdDbProxyData partsOf(const OdDbObject* object) {
-  if (const OdDbProxyEntity* proxy = OdDbProxyEntity::cast(object).get())
-    return proxy->proxyData();
-  if (const OdDbProxyObject* proxy = OdDbProxyObject::cast(object).get())
-    return proxy->proxyData();
-  return proxyDataOf(object);
+  return view;
 }
 
 OdDbDxfClassRecord recordOf(const OdDbObject* object) {
@@ -195,49 +221,123 @@ struct ProxyGroups {
     throw OdDbDxfProxyReadError(item, message);
   }
 
+  /// The whole value as a decimal integer: blanks before and after it are allowed, and a sign.
   long long integer(std::size_t item) const {
-    const std::string text = items[item].value.toUtf8();
-    try {
-      std::size_t used = 0;
-      const long long value = std::stoll(text, &used);
-      while (used < text.size() && std::isspace(static_cast<unsigned char>(text[used])))
-        ++used;
-      if (used == text.size())
+    const std::u16string& units = items[item].value.str();
+    std::size_t i = 0;
+    while (i < units.size() && isBlank(units[i]))
+      ++i;
+    char digits[24];
+    std::size_t n = 0;
+    if (i < units.size() && (units[i] == u'+' || units[i] == u'-')) {
+      if (units[i] == u'-')
+        digits[n++] = '-';
+      ++i;
+    }
+    // Leading zeros do not count against the digits a long long has.
+    while (i + 1 < units.size() && units[i] == u'0' && units[i + 1] >= u'0' && units[i + 1] <= u'9')
+      ++i;
+    while (i < units.size() && units[i] >= u'0' && units[i] <= u'9' && n < sizeof digits)
+      digits[n++] = static_cast<char>(units[i++]);
+    while (i < units.size() && isBlank(units[i]))
+      ++i;
+    long long value = 0;
+    if (i == units.size()) {
+      const std::from_chars_result r = std::from_chars(digits, digits + n, value);
+      if (r.ec == std::errc() && r.ptr == digits + n)
         return value;
-    } catch (const std::exception&) {
     }
     fail(item, OD_T("not an integer: ") + items[item].value);
   }
 
-  /// The bytes of the binary groups of code that follow pos.
+  /// The bytes of the binary groups of code that follow pos (blanks inside are skipped).
   OdUInt8Array binary(int code) {
+    std::size_t total = 0;
+    for (std::size_t at = pos; at < items.size() && items[at].code == code; ++at)
+      total += items[at].value.str().size() / 2;
     OdUInt8Array bytes;
+    bytes.resize(static_cast<OdUInt8Array::size_type>(total));
+    OdUInt8* out = bytes.asArrayPtr();
+    std::size_t used = 0;
     while (pos < items.size() && items[pos].code == code) {
-      const std::string text = items[pos].value.toUtf8();
-      std::string hex;
-      for (char c : text)
-        if (!std::isspace(static_cast<unsigned char>(c)))
-          hex.push_back(c);
-      if (hex.size() % 2 != 0)
-        fail(pos, OD_T("binary data needs an even number of hex digits"));
-      for (std::size_t i = 0; i < hex.size(); i += 2) {
-        const std::string pair = hex.substr(i, 2);
-        if (!std::isxdigit(static_cast<unsigned char>(pair[0])) ||
-            !std::isxdigit(static_cast<unsigned char>(pair[1])))
-          fail(pos, OD_T("not hex digits: ") + items[pos].value);
-        bytes.append(static_cast<OdUInt8>(std::stoul(pair, nullptr, 16)));
-      }
+      const std::u16string& units = items[pos].value.str();
+      if (!decodePlain(units, out + used))
+        decodeSpaced(units, out, used);
+      else
+        used += units.size() / 2;
       ++pos;
     }
+    bytes.resize(static_cast<OdUInt8Array::size_type>(used));
     return bytes;
+  }
+
+  /// Decodes hex digits without blanks (what every writer writes), two to a byte; false, with
+  /// out left to be overwritten, for any other text.
+  static bool decodePlain(const std::u16string& units, OdUInt8* out) {
+    if (units.size() % 2 != 0)
+      return false;
+    const char16_t* in = units.data();
+    for (std::size_t i = 0; i < units.size(); i += 2) {
+      const int high = hexValue(in[i]);
+      const int low = hexValue(in[i + 1]);
+      if ((high | low) < 0)
+        return false;
+      *out++ = static_cast<OdUInt8>((high << 4) | low);
+    }
+    return true;
+  }
+
+  /// The general case of the group at pos: blanks are skipped, and a fault is reported.
+  void decodeSpaced(const std::u16string& units, OdUInt8* out, std::size_t& used) const {
+    std::size_t digits = 0;
+    for (char16_t unit : units)
+      if (!isBlank(unit))
+        ++digits;
+    if (digits % 2 != 0)
+      fail(pos, OD_T("binary data needs an even number of hex digits"));
+    int high = -1;
+    for (char16_t unit : units) {
+      if (isBlank(unit))
+        continue;
+      const int digit = hexValue(unit);
+      if (digit < 0)
+        fail(pos, OD_T("not hex digits: ") + items[pos].value);
+      if (high < 0) {
+        high = digit;
+      } else {
+        out[used++] = static_cast<OdUInt8>((high << 4) | digit);
+        high = -1;
+      }
+    }
+  }
+
+  /// The blanks isspace() knows in the C locale.
+  static bool isBlank(char16_t unit) { return unit == u' ' || (unit >= u'\t' && unit <= u'\r'); }
+
+  /// The value of a hex digit in either letter case, -1 for anything else.
+  static int hexValue(char16_t unit) {
+    static const struct Table {
+      signed char value[128];
+      Table() {
+        for (signed char& v : value)
+          v = -1;
+        for (int i = 0; i < 10; ++i)
+          value['0' + i] = static_cast<signed char>(i);
+        for (int i = 0; i < 6; ++i) {
+          value['A' + i] = static_cast<signed char>(10 + i);
+          value['a' + i] = static_cast<signed char>(10 + i);
+        }
+      }
+    } table;
+    return unit < 128 ? table.value[unit] : -1;
   }
 };
 
 /// A live object of cls from the parts, or null when the data does not read as that class.
-OdDbEntityPtr liveEntity(OdRxClass* cls, const OdDbProxyData& data, OdDbDatabase* db) {
-  OdDbEntityPtr entity = OdDbEntity::cast(cls->create());
-  if (entity.isNull())
-    return entity;
+OdDbObjectPtr liveObject(OdRxClass* cls, const OdDbProxyData& data, OdDbDatabase* db) {
+  OdDbObjectPtr object = OdDbObject::cast(cls->create());
+  if (object.isNull())
+    return object;
   OdDbBitStream handles;
   encodeHandles(data.references(), handles);
   OdStaticRxObject<OdDbDwgStreamFiler> filer;
@@ -246,26 +346,32 @@ OdDbEntityPtr liveEntity(OdRxClass* cls, const OdDbProxyData& data, OdDbDatabase
   filer.setDwgVersion(data.dwgVersion(), data.maintenanceVersion());
   OdResult result = eOk;
   try {
-    result = entity->dwgInFields(&filer);
+    result = object->dwgInFields(&filer);
   } catch (const OdError&) {
     result = eDwgObjectImproperlyRead;
   }
   if (result != eOk || filer.filerStatus() != eOk)
-    return OdDbEntityPtr();
-  return entity;
+    return OdDbObjectPtr();
+  return object;
 }
 
-/// The class a proxy's CLASS record names, when it is loaded: by class name first (two classes
-/// may share a DXF name), then by DXF name.
-OdRxClass* loadedClassOf(const OdDbDxfClassRecord& record) {
+/// The class a proxy's CLASS record names, when it is loaded and of the proxy's kind: by class
+/// name first (two classes may share a DXF name), then by DXF name.
+OdRxClass* loadedClassOf(const OdDbDxfClassRecord& record, bool entity) {
   OdRxClass* cls = odrxGetClass(record.cppClassName);
   if (!cls)
     cls = odrxClassByDxfName(record.dxfName);
-  if (!cls || !cls->isDerivedFrom(OdDbEntity::desc()) || !odDbDxfIsProxyClass(cls) ||
-      cls->isDerivedFrom(OdDbProxyEntity::desc()))
+  if (!cls || !odDbDxfIsProxyClass(cls) || cls->isDerivedFrom(OdDbProxyEntity::desc()) ||
+      cls->isDerivedFrom(OdDbProxyObject::desc()) || !cls->isDerivedFrom(OdDbObject::desc()) ||
+      cls->isDerivedFrom(OdDbEntity::desc()) != entity)
     return nullptr;
   return cls;
 }
+
+/// Reads the groups of a proxy of kind from the filer's items: a live object when its class
+/// is loaded, else a proxy that keeps every part.
+OdDbObjectPtr readProxy(const ProxyKind& kind, const std::vector<OdDbDxfClassRecord>& classes,
+                        OdDbDxfFiler* filer);
 
 } // namespace
 
@@ -301,23 +407,48 @@ void OdDbDxfProxyHooks::collectClasses(OdDbDatabase* db, std::vector<OdDbDxfClas
     if (block->objectId() == db->getPaperSpaceId())
       ordered.push_back(block);
 
-  for (const OdDbBlockTableRecordPtr& block : ordered) {
-    for (const OdDbObjectId& id : block->entityIds()) {
-      OdDbObjectPtr object = id.openObject();
-      if (object.isNull() || !odDbDxfIsProxyClass(object->isA()))
+  OdDbObjectIdArray ids;
+  for (const OdDbBlockTableRecordPtr& block : ordered)
+    ids.append(block->entityIds());
+  ids.append(odDbDxfObjectsInFileOrder(db));
+  // Records of live module classes by class, so only the first object of a class is opened;
+  // kept proxies name their class themselves and are opened each.
+  std::unordered_map<const OdRxClass*, std::size_t> liveRecords;
+  for (const OdDbObjectId& id : ids) {
+    if (id.isErased())
+      continue;
+    const OdRxClass* cls = id.objectClass();
+    if (!cls || !odDbDxfIsProxyClass(cls))
+      continue;
+    const bool kept =
+        cls->isDerivedFrom(OdDbProxyEntity::desc()) || cls->isDerivedFrom(OdDbProxyObject::desc());
+    if (!kept) {
+      const auto known = liveRecords.find(cls);
+      if (known != liveRecords.end()) {
+        ++records[known->second].instanceCount;
         continue;
-      const OdString name = className(object);
-      bool found = false;
-      for (OdDbDxfClassRecord& record : records)
-        if (record.cppClassName == name) {
-          ++record.instanceCount;
-          found = true;
-          break;
-        }
-      if (!found) {
-        records.push_back(recordOf(object));
-        records.back().instanceCount = 1;
       }
+    }
+    OdDbObjectPtr object = id.openObject();
+    if (object.isNull())
+      continue;
+    const OdString name = className(object);
+    if (!kept) {
+      std::size_t index = 0;
+      while (index < records.size() && records[index].cppClassName != name)
+        ++index;
+      liveRecords[cls] = index; // the record made below when there is none yet
+    }
+    bool found = false;
+    for (OdDbDxfClassRecord& record : records)
+      if (record.cppClassName == name) {
+        ++record.instanceCount;
+        found = true;
+        break;
+      }
+    if (!found) {
+      records.push_back(recordOf(object));
+      records.back().instanceCount = 1;
     }
   }
 }
@@ -325,36 +456,47 @@ void OdDbDxfProxyHooks::collectClasses(OdDbDatabase* db, std::vector<OdDbDxfClas
 bool OdDbDxfProxyHooks::writeObject(const OdDbObject* object,
                                     const std::vector<OdDbDxfClassRecord>& classes,
                                     OdString& dxfName, OdDbDxfFiler* filer) {
-  if (!object || !filer || !odDbDxfIsProxyClass(object->isA()) ||
-      !object->isKindOf(OdDbEntity::desc()))
+  if (!object || !filer || !odDbDxfIsProxyClass(object->isA()))
     return false;
+  const bool entity = object->isKindOf(OdDbEntity::desc());
+  const ProxyKind& kind = entity ? kEntityProxy : kObjectProxy;
   const OdString name = className(object);
   std::size_t index = 0;
   while (index < classes.size() && classes[index].cppClassName != name)
     ++index;
   if (index == classes.size())
     throw OdError(eKeyNotFound, OD_T("No CLASS record for ") + name);
-  const OdDbProxyData data = partsOf(object);
+  OdStaticRxObject<OdDbDwgStreamFiler> liveFiler;
+  OdDbProxyReferenceArray liveReferences;
+  OdUInt8Array liveGraphics;
+  PartsView parts;
+  if (const OdDbProxyEntity* proxy = OdDbProxyEntity::cast(object).get())
+    parts = viewOf(proxy->proxyData());
+  else if (const OdDbProxyObject* proxyObject = OdDbProxyObject::cast(object).get())
+    parts = viewOf(proxyObject->proxyData());
+  else
+    parts = livePartsOf(object, liveFiler, liveReferences, liveGraphics);
 
-  dxfName = kProxyEntityType;
-  static_cast<const OdDbEntity*>(object)->OdDbEntity::dxfOutFields(filer);
-  filer->wrSubclassMarker(kProxyEntityMarker);
-  filer->wrInt32(90, kProxyEntityId);
+  dxfName = kind.type;
+  if (entity)
+    static_cast<const OdDbEntity*>(object)->OdDbEntity::dxfOutFields(filer);
+  filer->wrSubclassMarker(kind.marker);
+  filer->wrInt32(90, kind.id);
   filer->wrInt32(91, kFirstClassNumber + static_cast<OdInt32>(index));
-  filer->wrInt16(71, static_cast<OdInt16>(data.dwgVersion()));
-  filer->wrInt32(97, data.maintenanceVersion());
+  filer->wrInt16(71, static_cast<OdInt16>(parts.dwgVersion));
+  filer->wrInt32(97, parts.maintVersion);
   filer->wrInt16(70, 0);
-  if (!data.graphicsMetafile().isEmpty()) {
-    filer->wrInt64(160, static_cast<OdInt64>(data.graphicsMetafile().size()));
-    writeBinary(filer, 310, data.graphicsMetafile());
+  if (entity && parts.graphics && !parts.graphics->isEmpty()) {
+    filer->wrInt64(160, static_cast<OdInt64>(parts.graphics->size()));
+    writeBinary(filer, 310, *parts.graphics);
   }
-  if (data.stringBitSize() > 0) {
-    filer->wrInt64(162, static_cast<OdInt64>(data.stringBitSize()));
-    writeBinary(filer, 311, data.strings());
+  if (parts.stringBits > 0) {
+    filer->wrInt64(162, static_cast<OdInt64>(parts.stringBits));
+    writeBinary(filer, 311, *parts.strings);
   }
-  filer->wrInt64(161, static_cast<OdInt64>(data.dataBitSize()));
-  writeBinary(filer, 310, data.data());
-  for (const OdDbProxyReference& reference : data.references())
+  filer->wrInt64(161, static_cast<OdInt64>(parts.dataBits));
+  writeBinary(filer, 310, *parts.data);
+  for (const OdDbProxyReference& reference : *parts.references)
     filer->wrHandle(groupOfReference(reference.code), reference.handle);
   filer->wrInt32(94, 0);
   return true;
@@ -363,22 +505,38 @@ bool OdDbDxfProxyHooks::writeObject(const OdDbObject* object,
 OdDbObjectPtr OdDbDxfProxyHooks::readUnknownEntity(const OdString& dxfName,
                                                    const std::vector<OdDbDxfClassRecord>& classes,
                                                    OdDbDxfFiler* filer) {
-  if (dxfName != kProxyEntityType || !filer)
+  if (dxfName != kEntityProxy.type || !filer)
     return OdDbObjectPtr();
+  return readProxy(kEntityProxy, classes, filer);
+}
+
+OdDbObjectPtr OdDbDxfProxyHooks::readUnknownObject(const OdString& dxfName,
+                                                   const std::vector<OdDbDxfClassRecord>& classes,
+                                                   OdDbDxfFiler* filer) {
+  if (dxfName != kObjectProxy.type || !filer)
+    return OdDbObjectPtr();
+  return readProxy(kObjectProxy, classes, filer);
+}
+
+namespace {
+
+OdDbObjectPtr readProxy(const ProxyKind& kind, const std::vector<OdDbDxfClassRecord>& classes,
+                        OdDbDxfFiler* filer) {
+  const OdString type = kind.type;
   OdDbDxfItemFiler* itemFiler = dynamic_cast<OdDbDxfItemFiler*>(filer);
   if (!itemFiler)
     throw OdError(eNotApplicable, OD_T("Proxies are read from a drawing file's groups only"));
-  const OdDbDxfItemFiler::ItemArray items = itemFiler->items();
+  // The filer's own list; only the last step below reopens the filer, from this same list.
+  const OdDbDxfItemFiler::ItemArray& items = itemFiler->items();
   OdDbDatabase* db = filer->database();
 
   ProxyGroups groups{items};
   while (groups.pos < items.size() &&
-         !(items[groups.pos].code == 100 && items[groups.pos].value == kProxyEntityMarker))
+         !(items[groups.pos].code == 100 && items[groups.pos].value == kind.marker))
     ++groups.pos;
   if (groups.pos == items.size())
-    groups.fail(0, OD_T("an ACAD_PROXY_ENTITY without its AcDbProxyEntity data"));
+    groups.fail(0, OD_T("an ") + type + OD_T(" without its ") + kind.marker + OD_T(" data"));
   ++groups.pos;
-
   bool haveId = false, haveClass = false, haveData = false, ended = false;
   std::size_t classItem = 0, dataItem = 0;
   int dwgVersion = kDataDwgVersion, maintVersion = 0;
@@ -390,8 +548,9 @@ OdDbObjectPtr OdDbDxfProxyHooks::readUnknownEntity(const OdString& dxfName,
     const int code = items[item].code;
     switch (code) {
     case 90:
-      if (groups.integer(item) != kProxyEntityId)
-        groups.fail(item, OD_T("an ACAD_PROXY_ENTITY needs 90 498, found ") + items[item].value);
+      if (groups.integer(item) != kind.id)
+        groups.fail(item, OD_T("an ") + type + OD_T(" needs 90 ") + number(kind.id) +
+                              OD_T(", found ") + items[item].value);
       haveId = true;
       break;
     case 91:
@@ -410,6 +569,8 @@ OdDbObjectPtr OdDbDxfProxyHooks::readUnknownEntity(const OdString& dxfName,
       break;
     case 92:
     case 160: {
+      if (!kind.entity)
+        groups.fail(item, OD_T("an ") + type + OD_T(" carries no graphics"));
       const long long size = groups.integer(item);
       graphics = groups.binary(310);
       if (size < 0 || static_cast<unsigned long long>(size) != graphics.size())
@@ -453,13 +614,13 @@ OdDbObjectPtr OdDbDxfProxyHooks::readUnknownEntity(const OdString& dxfName,
   }
   const std::size_t last = items.empty() ? 0 : items.size() - 1;
   if (!haveId)
-    groups.fail(last, OD_T("an ACAD_PROXY_ENTITY without 90 498"));
+    groups.fail(last, OD_T("an ") + type + OD_T(" without 90 ") + number(kind.id));
   if (!haveClass)
-    groups.fail(last, OD_T("an ACAD_PROXY_ENTITY without its class number (91)"));
+    groups.fail(last, OD_T("an ") + type + OD_T(" without its class number (91)"));
   if (!haveData)
-    groups.fail(last, OD_T("an ACAD_PROXY_ENTITY without its data (161)"));
+    groups.fail(last, OD_T("an ") + type + OD_T(" without its data (161)"));
   if (!ended)
-    groups.fail(last, OD_T("an ACAD_PROXY_ENTITY without the 94 0 that ends it"));
+    groups.fail(last, OD_T("an ") + type + OD_T(" without the 94 0 that ends it"));
   const long long classNumber = groups.integer(classItem);
   if (classNumber < kFirstClassNumber ||
       classNumber - kFirstClassNumber >= static_cast<long long>(classes.size()))
@@ -467,9 +628,10 @@ OdDbObjectPtr OdDbDxfProxyHooks::readUnknownEntity(const OdString& dxfName,
                 OD_T("class number ") + items[classItem].value + OD_T(" has no CLASS record"));
   const OdDbDxfClassRecord& record =
       classes[static_cast<std::size_t>(classNumber - kFirstClassNumber)];
-  if (!record.isEntity)
-    groups.fail(classItem, OD_T("class ") + record.cppClassName +
-                               OD_T(" of an ACAD_PROXY_ENTITY is not an entity class"));
+  if (record.isEntity != kind.entity)
+    groups.fail(classItem,
+                OD_T("class ") + record.cppClassName + OD_T(" of an ") + type +
+                    (kind.entity ? OD_T(" is not an entity class") : OD_T(" is an entity class")));
 
   OdDbProxyData data;
   try {
@@ -487,12 +649,17 @@ OdDbObjectPtr OdDbDxfProxyHooks::readUnknownEntity(const OdString& dxfName,
     groups.fail(dataItem, e.description());
   }
 
-  if (OdRxClass* cls = loadedClassOf(record)) {
-    OdDbEntityPtr entity = liveEntity(cls, data, db);
-    if (!entity.isNull())
-      return entity;
+  if (OdRxClass* cls = loadedClassOf(record, kind.entity)) {
+    OdDbObjectPtr object = liveObject(cls, data, db);
+    if (!object.isNull())
+      return object;
   }
   // No loaded class reads it: keep it as it is, with the common entity data of its groups.
+  if (!kind.entity) {
+    OdDbProxyObjectPtr proxy = OdDbProxyObject::createObject();
+    proxy->setProxyData(data);
+    return proxy;
+  }
   OdDbProxyEntityPtr proxy = OdDbProxyEntity::createObject();
   itemFiler->openForRead(items, db);
   const OdResult result = proxy->OdDbEntity::dxfInFields(itemFiler);
@@ -501,3 +668,5 @@ OdDbObjectPtr OdDbDxfProxyHooks::readUnknownEntity(const OdString& dxfName,
   proxy->setProxyData(data);
   return proxy;
 }
+
+} // namespace

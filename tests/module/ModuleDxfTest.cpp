@@ -7,6 +7,7 @@
 
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
+#include "DbDictionary.h"
 #include "DbDwgStreamFiler.h"
 #include "DbDxfFile.h"
 #include "DbProxyEntity.h"
@@ -137,6 +138,18 @@ protected:
     return db;
   }
 
+  /// Two of the module's non-graphical table objects in an application dictionary.
+  void addTables(OdDbDatabase* db) {
+    OdDbDictionaryPtr root = db->getNamedObjectsDictionaryId().safeOpenObject(OdDb::kForWrite);
+    OdDbDictionaryPtr tables = OdDbDictionary::createObject();
+    root->setAt("CUSTENTS_TABLES", tables);
+    for (const char* name : {"GeosymTable", "GeoTreeTable"}) {
+      OdRxClass* cls = odrxGetClass(OdString(name));
+      ASSERT_NE(cls, nullptr) << name;
+      tables->setAt(name, OdDbObject::cast(cls->create()));
+    }
+  }
+
   std::vector<OdDbObjectPtr> entitiesOf(OdDbDatabase* db) {
     std::vector<OdDbObjectPtr> result;
     OdDbBlockTableRecordPtr space = db->getModelSpaceId().safeOpenObject();
@@ -221,12 +234,36 @@ TEST_F(ModuleDxfTest, AClassNoModuleKnowsStaysAProxyWrittenBackUnchanged) {
   EXPECT_EQ(readAll(file("c.dxf")), expected);
 }
 
+TEST_F(ModuleDxfTest, ModuleObjectsInDictionariesComeBackAsTheirClass) {
+  OdDbDatabasePtr db = surveyDrawing();
+  addTables(db);
+  OdString error;
+  ASSERT_EQ(odDbWriteDxf(db, path("a.dxf"), &error), eOk) << utf8(error);
+  const std::string text = readAll(file("a.dxf"));
+  EXPECT_NE(text.find("  1\nGEOSYMTABLE\n  2\nGeosymTable\n"), std::string::npos);
+  EXPECT_NE(text.find("ACAD_PROXY_OBJECT", text.find("OBJECTS")), std::string::npos);
+  OdDbDatabasePtr loaded;
+  ASSERT_EQ(odDbReadDxf(path("a.dxf"), loaded, &error), eOk) << utf8(error);
+  OdDbDictionaryPtr root = loaded->getNamedObjectsDictionaryId().safeOpenObject();
+  OdDbDictionaryPtr tables = root->getAt("CUSTENTS_TABLES", OdDb::kForRead);
+  ASSERT_FALSE(tables.isNull());
+  for (const char* name : {"GeosymTable", "GeoTreeTable"}) {
+    OdDbObjectPtr object = tables->getAt(name, OdDb::kForRead);
+    ASSERT_FALSE(object.isNull()) << name;
+    EXPECT_EQ(utf8(object->isA()->name()), name);
+    EXPECT_EQ(object->ownerId(), tables->objectId());
+  }
+  ASSERT_EQ(odDbWriteDxf(loaded, path("b.dxf"), &error), eOk) << utf8(error);
+  EXPECT_EQ(readAll(file("b.dxf")), text);
+}
+
 TEST_F(ModuleDxfTest, EzdxfAuditsTheFileAndDrawsTheProxies) {
   if (::access("/usr/bin/python3", X_OK) != 0)
     GTEST_SKIP() << "no /usr/bin/python3";
   if (std::system("/usr/bin/python3 -c 'import ezdxf' >/dev/null 2>&1") != 0)
     GTEST_SKIP() << "no ezdxf";
   OdDbDatabasePtr db = surveyDrawing();
+  addTables(db);
   OdString error;
   ASSERT_EQ(odDbWriteDxf(db, path("a.dxf"), &error), eOk) << utf8(error);
   const std::string script = "import sys, ezdxf\n"

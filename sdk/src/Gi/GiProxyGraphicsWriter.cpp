@@ -24,9 +24,16 @@ bool isConformal(const OdGeVector3d& U, const OdGeVector3d& V) {
   return std::fabs(lu - lv) <= tol && std::fabs(U.dotProduct(V)) <= tol * (lu > lv ? lu : lv);
 }
 
+/// Writes value little-endian at out (4 bytes).
+void storeUInt32(OdUInt8* out, OdUInt32 value) {
+  for (int i = 0; i < 4; ++i)
+    out[i] = static_cast<OdUInt8>(value >> (8 * i));
+}
+
 void appendUInt32(std::vector<OdUInt8>& bytes, OdUInt32 value) {
-  for (int shift = 0; shift < 32; shift += 8)
-    bytes.push_back(static_cast<OdUInt8>(value >> shift));
+  OdUInt8 le[4];
+  storeUInt32(le, value);
+  bytes.insert(bytes.end(), le, le + 4);
 }
 
 OdDbObjectIdArray tableOrder(const OdDbObjectId& tableId) {
@@ -101,27 +108,27 @@ OdUInt8Array OdGiProxyGraphicsWriter::data() const {
   OdUInt8Array bytes;
   if (m_commands == 0)
     return bytes;
-  std::vector<OdUInt8> head;
-  head.reserve(kHeadSize + kExtentsCommandSize);
-  appendUInt32(head, static_cast<OdUInt32>(kHeadSize + kExtentsCommandSize + m_body.size()));
-  appendUInt32(head, m_commands + 1);
-  appendUInt32(head, kExtentsCommandSize);
-  appendUInt32(head, kExtents);
+  bytes.resize(
+      static_cast<OdUInt8Array::size_type>(kHeadSize + kExtentsCommandSize + m_body.size()));
+  OdUInt8* out = bytes.asArrayPtr();
+  storeUInt32(out, static_cast<OdUInt32>(kHeadSize + kExtentsCommandSize + m_body.size()));
+  storeUInt32(out + 4, m_commands + 1);
+  storeUInt32(out + 8, kExtentsCommandSize);
+  storeUInt32(out + 12, kExtents);
+  out += 16;
   // Everything written contributes to the box, so it is valid whenever there are commands.
   const OdGeExtents3d& box = m_extents.extents();
   for (const OdGePoint3d& corner : {box.minPoint(), box.maxPoint()}) {
     for (double value : {corner.x, corner.y, corner.z}) {
       OdUInt64 bits = 0;
       std::memcpy(&bits, &value, sizeof bits);
-      appendUInt32(head, static_cast<OdUInt32>(bits));
-      appendUInt32(head, static_cast<OdUInt32>(bits >> 32));
+      storeUInt32(out, static_cast<OdUInt32>(bits));
+      storeUInt32(out + 4, static_cast<OdUInt32>(bits >> 32));
+      out += 8;
     }
   }
-  bytes.reserve(static_cast<OdUInt8Array::size_type>(head.size() + m_body.size()));
-  for (OdUInt8 byte : head)
-    bytes.push_back(byte);
-  for (OdUInt8 byte : m_body)
-    bytes.push_back(byte);
+  if (!m_body.empty())
+    std::memcpy(out, m_body.data(), m_body.size());
   return bytes;
 }
 
@@ -373,8 +380,8 @@ void OdGiProxyGraphicsWriter::circle(const OdGePoint3d& center, double radius,
                                      const OdGeVector3d& normal) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!odgeIsFinite(center) || !odgeIsFinite(normal) || !(radius >= 0.0) || !std::isfinite(radius) ||
-      !odgi::planeAxes(normal, nullptr, u, v)) {
+  if (!odgeIsFinite(center) || !odgeIsFinite(normal) || !(radius >= 0.0) ||
+      !std::isfinite(radius) || !odgi::planeAxes(normal, nullptr, u, v)) {
     skip();
     return;
   }
@@ -400,8 +407,8 @@ void OdGiProxyGraphicsWriter::circularArc(const OdGePoint3d& center, double radi
                                           OdGiArcType arcType) {
   OdGeVector3d u;
   OdGeVector3d v;
-  if (!odgeIsFinite(center) || !odgeIsFinite(normal) || !odgeIsFinite(startVector) || !(radius >= 0.0) ||
-      !std::isfinite(radius) || !std::isfinite(sweepAngle) ||
+  if (!odgeIsFinite(center) || !odgeIsFinite(normal) || !odgeIsFinite(startVector) ||
+      !(radius >= 0.0) || !std::isfinite(radius) || !std::isfinite(sweepAngle) ||
       !odgi::planeAxes(normal, &startVector, u, v)) {
     skip();
     return;
@@ -469,8 +476,8 @@ void OdGiProxyGraphicsWriter::text(const OdGePoint3d& position, const OdGeVector
                                    double oblique, const OdString& msg) {
   OdGeVector3d along;
   OdGeVector3d up;
-  if (!odgeIsFinite(position) || !odgeIsFinite(normal) || !odgeIsFinite(direction) || !std::isfinite(height) ||
-      !std::isfinite(width) || !std::isfinite(oblique) ||
+  if (!odgeIsFinite(position) || !odgeIsFinite(normal) || !odgeIsFinite(direction) ||
+      !std::isfinite(height) || !std::isfinite(width) || !std::isfinite(oblique) ||
       !odgi::planeAxes(normal, &direction, along, up)) {
     skip();
     return;

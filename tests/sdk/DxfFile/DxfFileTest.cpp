@@ -6,7 +6,9 @@
 #include "DbArc.h"
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
+#include "DbDictionary.h"
 #include "DbDxfItemFiler.h"
+#include "DbGroup.h"
 #include "DbHatch.h"
 #include "DbLayerTable.h"
 #include "DbLine.h"
@@ -186,7 +188,50 @@ OdDbDatabasePtr sampleDrawing() {
   OdDbLinePtr border = OdDbLine::createObject();
   border->setEndPoint(OdGePoint3d(420.0, 0.0, 0.0));
   paper->appendOdDbEntity(border);
+
+  // OBJECTS: a group of two entities and an application's dictionary with one nested in it.
+  db->setDIMSCALE(100.0);
+  OdDbDictionaryPtr groups = db->getGroupDictionaryId().safeOpenObject(OdDb::kForWrite);
+  OdDbGroupPtr pair = OdDbGroup::createObject();
+  groups->setAt("Pair", pair);
+  pair->setDescription("line and arc");
+  pair->setSelectable(false);
+  pair->append(line->objectId());
+  pair->append(arc->objectId());
+  OdDbDictionaryPtr root = db->getNamedObjectsDictionaryId().safeOpenObject(OdDb::kForWrite);
+  OdDbDictionaryPtr app = OdDbDictionary::createObject();
+  root->setAt("MY_APP", app);
+  app->setMergeStyle(OdDb::kDrcReplace);
+  app->setAt("Settings", OdDbDictionary::createObject());
   return db;
+}
+
+/// The dictionary tree under the named-objects dictionary as text: each entry's path, the
+/// class of its object, its handle and its owner's handle; groups with their entities.
+std::string describeObjects(OdDbDatabase* db, OdDbObjectId dictionaryId = OdDbObjectId(),
+                            const std::string& path = "") {
+  if (dictionaryId.isNull())
+    dictionaryId = db->getNamedObjectsDictionaryId();
+  OdDbDictionaryPtr dictionary = dictionaryId.safeOpenObject();
+  std::string text = path + " merge " + std::to_string(dictionary->mergeStyle()) + "\n";
+  for (OdDbDictionaryIteratorPtr it = dictionary->newIterator(); !it->done(); it->next()) {
+    OdDbObjectPtr object = it->getObject();
+    const std::string entry = path + "/" + it->name().toUtf8();
+    text += entry + " " + object->isA()->name().toUtf8() + " " +
+            object->getDbHandle().ascii().toUtf8() + " owner " +
+            object->ownerId().getHandle().ascii().toUtf8() + "\n";
+    if (OdDbGroupPtr group = OdDbGroup::cast(object)) {
+      OdDbObjectIdArray ids;
+      group->allEntityIds(ids);
+      text += "  " + group->description().toUtf8() + (group->isSelectable() ? " selectable" : "");
+      for (const OdDbObjectId& id : ids)
+        text += " " + id.getHandle().ascii().toUtf8();
+      text += "\n";
+    }
+    if (OdDbDictionary::cast(object).get())
+      text += describeObjects(db, object->objectId(), entry);
+  }
+  return text;
 }
 
 /// An entity as the file sees it: class, handle, owner and the groups of its dxfOutFields.
@@ -275,8 +320,23 @@ TEST_F(DxfFileTest, TablesAndHeaderVariablesComeBack) {
   EXPECT_EQ(pitch, 2);
   EXPECT_DOUBLE_EQ(song->obliquingAngle(), 0.25);
   EXPECT_EQ(back->getTEXTSIZE(), 3.5);
+  EXPECT_EQ(back->getDIMSCALE(), 100.0);
   EXPECT_EQ(OdDbLayerTableRecordPtr(back->getCLAYER().safeOpenObject())->getName(),
             OdString("Walls"));
+}
+
+TEST_F(DxfFileTest, DictionariesAndGroupsComeBackWithTheirEntriesAndOwners) {
+  OdDbDatabasePtr db = sampleDrawing();
+  ASSERT_EQ(odDbWriteDxf(db, path("a.dxf").c_str()), eOk);
+  OdDbDatabasePtr back = load(path("a.dxf"));
+  ASSERT_FALSE(back.isNull());
+  const std::string expected = describeObjects(db);
+  ASSERT_NE(expected.find("/ACAD_GROUP/Pair OdDbGroup"), std::string::npos) << expected;
+  ASSERT_NE(expected.find("/MY_APP/Settings OdDbDictionary"), std::string::npos) << expected;
+  EXPECT_EQ(describeObjects(back), expected);
+  // The file's dictionaries of these names are the new database's own, not second copies.
+  OdDbDictionaryPtr root = back->getNamedObjectsDictionaryId().safeOpenObject();
+  EXPECT_EQ(root->getAt("ACAD_GROUP"), back->getGroupDictionaryId());
 }
 
 TEST_F(DxfFileTest, SaveLoadSaveGivesTheSameBytes) {
@@ -287,6 +347,11 @@ TEST_F(DxfFileTest, SaveLoadSaveGivesTheSameBytes) {
   ASSERT_EQ(odDbWriteDxf(back, path("second.dxf").c_str()), eOk);
   const std::string first = readAll(path("first.dxf"));
   EXPECT_GT(first.size(), 1000u);
+  // The one paper-space entity of ENTITIES carries `67 1` right after its AcDbEntity marker.
+  const std::string paperFlag = "\n100\nAcDbEntity\n 67\n1\n";
+  const std::size_t flagged = first.find(paperFlag, first.find("\n  2\nENTITIES\n"));
+  EXPECT_NE(std::string::npos, flagged);
+  EXPECT_EQ(std::string::npos, first.find(paperFlag, flagged + 1));
   EXPECT_EQ(readAll(path("second.dxf")), first);
   // Handles given out after a load do not collide with what the file used.
   EXPECT_GE(static_cast<OdUInt64>(back->handseed()), static_cast<OdUInt64>(db->handseed()));
@@ -335,6 +400,13 @@ TEST_F(DxfFileTest, MalformedFilesAreRefusedWithTheLineOfTheFault) {
       l.insert(l.begin() + (before - 1), extra.begin(), extra.end());
     };
   };
+  auto objects = [&insert](Lines body) {
+    Lines section = {"  0", "SECTION", "  2", "OBJECTS"};
+    section.insert(section.end(), body.begin(), body.end());
+    section.push_back("  0");
+    section.push_back("ENDSEC");
+    return insert(39, section);
+  };
   const Case cases[] = {
       {"text where a coordinate must be", set(26, "abc"), 26},
       {"coordinate with trailing junk", set(28, "2.0x"), 28},
@@ -355,6 +427,34 @@ TEST_F(DxfFileTest, MalformedFilesAreRefusedWithTheLineOfTheFault) {
        insert(37, {"  0", "POINT", "  5", "100", "100", "AcDbEntity", "  8", "0", "100",
                    "AcDbPoint", " 10", "0.0", " 20", "0.0", " 30", "0.0"}),
        40},
+      // The OBJECTS section goes in before EOF (line 39); its first group is line 39.
+      {"object whose handle an entity has", objects({"  0", "GROUP", "  5", "100"}), 46},
+      {"group pointing at a missing entity",
+       objects({"  0", "GROUP", "  5", "A0", "330", "0", "100", "AcDbGroup", "340", "100", "340",
+                "5AB"}),
+       54},
+      {"object owned by a missing handle",
+       objects({"  0", "DICTIONARY", "  5", "A0", "330", "77", "100", "AcDbDictionary"}), 48},
+      {"dictionary entry pointing nowhere",
+       objects({"  0", "DICTIONARY", "  5", "A0", "330", "0", "100", "AcDbDictionary", "  3",
+                "Lost", "350", "A1"}),
+       54},
+      {"dictionary entry without a handle",
+       objects(
+           {"  0", "DICTIONARY", "  5", "A0", "330", "0", "100", "AcDbDictionary", "  3", "Lost"}),
+       51},
+      {"proxy object of a class with no CLASS record", objects({"  0", "ACAD_PROXY_OBJECT",
+                                                                "  5", "A0",
+                                                                "330", "0",
+                                                                "100", "AcDbProxyObject",
+                                                                " 90", "499",
+                                                                " 91", "500",
+                                                                " 71", "33",
+                                                                " 97", "0",
+                                                                " 70", "0",
+                                                                "161", "0",
+                                                                " 94", "0"}),
+       54},
   };
   for (const Case& c : cases) {
     Lines lines = validLines();

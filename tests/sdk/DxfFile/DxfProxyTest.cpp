@@ -7,6 +7,7 @@
 #include "DbBlockTable.h"
 #include "DbFiler.h"
 #include "DbDatabase.h"
+#include "DbDictionary.h"
 #include "DbLayerTable.h"
 #include "DbLine.h"
 #include "DbProxyEntity.h"
@@ -68,12 +69,48 @@ ODRX_DEFINE_PSEUDO_CONSTRUCTOR(ProxyTestShape)
 ODRX_DEFINE_MEMBERS2(ProxyTestShape, OdDbEntity, &ProxyTestShape::pseudoConstructor, 33, 55, 3071,
                      OD_T("PROXYTESTSHAPE"), OD_T("ProxyTestShape|Description:"))
 
+/// A non-graphical module object: a number and a name, pointing at a shape (soft pointer).
+class ProxyTestRecord : public OdDbObject {
+  ODRX_DECLARE_MEMBERS(ProxyTestRecord);
+
+public:
+  OdInt32 count = 0;
+  OdString name;
+  OdDbObjectId shape;
+
+  OdResult dwgInFields(OdDbDwgFiler* filer) override {
+    const OdResult base = OdDbObject::dwgInFields(filer);
+    if (base != eOk)
+      return base;
+    count = filer->rdInt32();
+    name = filer->rdString();
+    shape = filer->rdSoftPointerId();
+    return filer->filerStatus();
+  }
+  void dwgOutFields(OdDbDwgFiler* filer) const override {
+    OdDbObject::dwgOutFields(filer);
+    filer->wrInt32(count);
+    filer->wrString(name);
+    filer->wrSoftPointerId(shape);
+  }
+};
+
+ODRX_DEFINE_PSEUDO_CONSTRUCTOR(ProxyTestRecord)
+ODRX_DEFINE_MEMBERS2(ProxyTestRecord, OdDbObject, &ProxyTestRecord::pseudoConstructor, 33, 0, 1,
+                     OD_T("PROXYTESTRECORD"), OD_T("ProxyTestRecord|Description:"))
+
 /// Stands in for a loaded module so that classes registered under it count as module classes.
 class StandInModule : public OdRxModule {
 public:
   void* sysData() override { return nullptr; }
-  void initApp() override { ProxyTestShape::rxInit(); }
-  void uninitApp() override { ProxyTestShape::rxUninit(); }
+  void initApp() override {
+    ProxyTestShape::rxInit();
+    ProxyTestRecord::rxInit();
+  }
+  void uninitApp() override {
+    ProxyTestRecord::rxUninit();
+    ProxyTestShape::rxUninit();
+  }
   OdString fileName() const override { return OD_T("standin.tx"); }
   void deleteModuleObject() override {}
 };
@@ -299,6 +336,80 @@ TEST_F(DxfProxyTest, MalformedProxyGroupsAreRefusedWithTheirLine) {
     EXPECT_NE(error.toUtf8().find(c.message), std::string::npos)
         << c.name << ": " << error.toUtf8();
   }
+}
+
+TEST_F(DxfProxyTest, ModuleObjectsAreProxyObjectsInADictionaryAndComeBack) {
+  OdDbDatabasePtr db = drawing();
+  const OdDbObjectId shapeId =
+      OdDbBlockTableRecordPtr(db->getModelSpaceId().safeOpenObject())->entityIds()[2];
+  {
+    OdDbDictionaryPtr root = db->getNamedObjectsDictionaryId().safeOpenObject(OdDb::kForWrite);
+    OdDbDictionaryPtr app = OdDbDictionary::createObject();
+    root->setAt("TEST_APP", app);
+    for (int i = 0; i < 3; ++i) {
+      OdSmartPtr<ProxyTestRecord> record = ProxyTestRecord::createObject();
+      record->count = 10 + i;
+      record->name = OdString::fromUtf8("record " + std::to_string(i));
+      record->shape = shapeId;
+      app->setAt(OdString::fromUtf8("R" + std::to_string(i)), record);
+    }
+  }
+  ASSERT_EQ(odDbWriteDxf(db, OdString::fromUtf8(file("a.dxf"))), eOk);
+  const std::string written = readAll(file("a.dxf"));
+  // The shapes' record first, then the objects' one, each with its instance count and kind.
+  EXPECT_NE(written.find(" 91\n2\n280\n0\n281\n1\n  0\nCLASS\n  1\nPROXYTESTRECORD\n  2\n"
+                         "ProxyTestRecord\n  3\nProxyTestRecord|Description:\n 90\n1\n 91\n3\n"
+                         "280\n0\n281\n0\n"),
+            std::string::npos);
+  const std::size_t proxy = written.find("ACAD_PROXY_OBJECT", written.find("OBJECTS"));
+  ASSERT_NE(proxy, std::string::npos);
+  const std::string groups = written.substr(proxy, written.find("\n  0\n", proxy) - proxy);
+  std::size_t at = 0;
+  for (const char* piece : {"102\n{ACAD_REACTORS", "100\nAcDbProxyObject", " 90\n499", " 91\n501",
+                            "162\n", "161\n", "330\n", " 94\n0"}) {
+    at = groups.find(piece, at);
+    ASSERT_NE(at, std::string::npos) << piece << " in\n" << groups;
+  }
+  EXPECT_EQ(groups.find("160\n"), std::string::npos); // no graphics for an object
+
+  // Loaded class: the records come back as themselves, owned by their dictionary.
+  OdDbDatabasePtr loaded;
+  OdString error;
+  ASSERT_EQ(odDbReadDxf(OdString::fromUtf8(file("a.dxf")), loaded, &error), eOk) << error.toUtf8();
+  {
+    OdDbDictionaryPtr root = loaded->getNamedObjectsDictionaryId().safeOpenObject();
+    OdDbDictionaryPtr app = root->getAt("TEST_APP", OdDb::kForRead);
+    ASSERT_FALSE(app.isNull());
+    ASSERT_EQ(app->numEntries(), 3u);
+    OdSmartPtr<ProxyTestRecord> second = ProxyTestRecord::cast(app->getAt("R1", OdDb::kForRead));
+    ASSERT_FALSE(second.isNull());
+    EXPECT_EQ(second->count, 11);
+    EXPECT_EQ(second->name, OdString(OD_T("record 1")));
+    EXPECT_EQ(second->shape.getHandle(), shapeId.getHandle());
+    EXPECT_EQ(second->ownerId(), app->objectId());
+  }
+  ASSERT_EQ(odDbWriteDxf(loaded, OdString::fromUtf8(file("b.dxf"))), eOk);
+  EXPECT_EQ(readAll(file("b.dxf")), written);
+
+  // Class gone: kept as proxy objects, written back with only the class records' flags changed.
+  module.uninitApp();
+  ASSERT_EQ(odDbReadDxf(OdString::fromUtf8(file("a.dxf")), loaded, &error), eOk) << error.toUtf8();
+  {
+    OdDbDictionaryPtr root = loaded->getNamedObjectsDictionaryId().safeOpenObject();
+    OdDbDictionaryPtr app = root->getAt("TEST_APP", OdDb::kForRead);
+    ASSERT_FALSE(app.isNull());
+    OdDbProxyObjectPtr kept = OdDbProxyObject::cast(app->getAt("R2", OdDb::kForRead));
+    ASSERT_FALSE(kept.isNull());
+    EXPECT_EQ(kept->originalClassName(), OdString(OD_T("ProxyTestRecord")));
+    EXPECT_EQ(kept->proxyData().references().size(), 2u); // owner and shape
+  }
+  ASSERT_EQ(odDbWriteDxf(loaded, OdString::fromUtf8(file("c.dxf"))), eOk);
+  std::string expected = written;
+  const std::size_t classesEnd = expected.find("ENDSEC", expected.find("CLASSES"));
+  for (std::size_t flag = expected.find("280\n0\n"); flag < classesEnd;
+       flag = expected.find("280\n0\n", flag + 1))
+    expected.replace(flag, 6, "280\n1\n");
+  EXPECT_EQ(readAll(file("c.dxf")), expected);
 }
 
 TEST_F(DxfProxyTest, ClassesOutsideModulesAreNotProxies) {
