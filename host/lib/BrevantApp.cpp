@@ -1,6 +1,9 @@
 #include "BrevantApp.h"
 
+#include "DbDatabase.h"
+
 #include <climits>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -252,6 +255,26 @@ OdString CBrevantApp::profilePath() const {
   if (home && *home)
     return OdString((std::string(home) + "/.config/custents/profile.ini").c_str());
   return OdString();
+}
+
+double CDrawingSettings::GetCurrentScale() const {
+  return m_database ? m_database->getDIMSCALE() : 1.0;
+}
+
+bool CDrawingSettings::SetCurrentScale(double scale) {
+  if (!m_database || !std::isfinite(scale) || scale <= 0.0)
+    return false;
+  m_database->setDIMSCALE(scale);
+  return true;
+}
+
+CDrawingSettings* CBrevantApp::GetDrawingSettings(OdDbDatabase* database) {
+  if (!database)
+    return nullptr;
+  std::unique_ptr<CDrawingSettings>& settings = m_drawingSettings[database];
+  if (!settings)
+    settings = std::make_unique<CDrawingSettings>(database);
+  return settings.get();
 }
 
 CBrevantApp* TheApp() {

@@ -6,6 +6,26 @@
 
 #include "OdString.h"
 
+#include <map>
+#include <memory>
+
+class OdDbDatabase;
+
+/// The drawing settings the host keeps for one drawing. The drawing scale is the drawing's
+/// DIMSCALE, so it is saved with the drawing and every tool agrees on it.
+class CDrawingSettings {
+public:
+  explicit CDrawingSettings(OdDbDatabase* database) : m_database(database) {}
+  /// The current drawing scale (100 for a drawing at 1:100); 1 without a database.
+  double GetCurrentScale() const;
+  /// False, with no change, for a scale that is not a positive finite number or without a
+  /// database.
+  bool SetCurrentScale(double scale);
+
+private:
+  OdDbDatabase* m_database;
+};
+
 /// The profile is a UTF-8 INI file:
 ///   [options]
 ///   dimAccurity=3
@@ -33,8 +53,16 @@ public:
   /// The profile file in use, the default worked out at the time of the call.
   OdString profilePath() const;
 
+  /// The settings of database's drawing; null for a null database. Asking again for the same
+  /// database gives the same object, which lives as long as the application. The settings
+  /// hold no values of their own (the scale lives in the drawing), so a database created
+  /// later at the address of a destroyed one is served correctly by the same object; the
+  /// object must not be used while its database does not exist.
+  CDrawingSettings* GetDrawingSettings(OdDbDatabase* database);
+
 private:
   OdString m_profilePath;
+  std::map<const OdDbDatabase*, std::unique_ptr<CDrawingSettings>> m_drawingSettings;
 };
 
 /// The one application object of the process.

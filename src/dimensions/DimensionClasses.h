@@ -6,6 +6,8 @@
 // own when its behaviour is built.
 
 #include "OdDbCustomDimensionBase.h"
+#include "OdDbDimCoor.h"
+#include "OdDbNewDimCoor.h"
 #include "common/CustFiling.h"
 
 CUSTENTS_PLAIN_CLASS(OdDbNewAnnotate, OdDbCustomDimensionBase)
@@ -15,7 +17,6 @@ CUSTENTS_PLAIN_CLASS(OdDbArrowExtraction, OdDbCustomDimensionBase)
 CUSTENTS_PLAIN_CLASS(OdDbBendLine, OdDbCustomDimensionBase)
 CUSTENTS_PLAIN_CLASS(OdDbBrokenLine, OdDbCustomDimensionBase)
 CUSTENTS_PLAIN_CLASS(OdDbBuildHeight, OdDbCustomDimensionBase)
-CUSTENTS_PLAIN_CLASS(OdDbNewDimCoor, OdDbCustomDimensionBase)
 CUSTENTS_PLAIN_CLASS(OdDbNewDimText, OdDbCustomDimensionBase)
 CUSTENTS_PLAIN_CLASS(OdDbSymmetryAxis, OdDbCustomDimensionBase)
 CUSTENTS_PLAIN_CLASS(OdDbDimCableTray, OdDbCustomDimensionBase)
@@ -32,8 +33,6 @@ CUSTENTS_PLAIN_CLASS(OdDbDimArea, OdDbCustomDimensionBase)
 CUSTENTS_PLAIN_CLASS(OdDbDimContinue, OdDbCustomDimensionBase)
 CUSTENTS_PLAIN_CLASS(OdDbDimContinueNew, OdDbCustomDimensionBase)
 CUSTENTS_PLAIN_CLASS(OdDb3dArrow, OdDbCustomDimensionBase)
-// A plain entity class: the coordinate dimension derives from the entity, not the dimension base.
-CUSTENTS_PLAIN_CLASS(OdDbDimCoor, OdDbEntity)
 CUSTENTS_PLAIN_CLASS(OdDbDimName, OdDbEntity)
 
 #endif

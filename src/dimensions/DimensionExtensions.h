@@ -4,19 +4,10 @@
 // Property extensions of the dimension-like entities. Until an entity's own rows are built its
 // extension offers the common group under the entity's display name.
 
+#include "CoorDimExtensions.h"
 #include "DimensionClasses.h"
 #include "properties/PropertyContract.h"
 
-class OdDbCoorDimPropertyPE : public custents::EntityPropertyPE<OdDbDimCoor> {
-public:
-  OdString getEntityName(const OdDbEntity*) override { return OdString(u"坐标标注"); }
-  /// The host's menu for dimensions.
-  bool GetRMenus(std::vector<EntMenuData>& menus) override {
-    custents::appendHostMenus(vdimMenus, menus);
-    return true;
-  }
-};
-CUSTENTS_COMMON_PROPERTY_PE(OdDbNewCoorDimPropertyPE, OdDbNewDimCoor, u"坐标标注")
 CUSTENTS_COMMON_PROPERTY_PE(OdDbArcLineDimPropertyPE, OdDbArcLine, u"弧线标注")
 CUSTENTS_COMMON_PROPERTY_PE(OdDbArrowExtractionPropertyPE, OdDbArrowExtraction, u"箭头引注")
 CUSTENTS_COMMON_PROPERTY_PE(OdDbBendLinePropertyPE, OdDbBendLine, u"折线")

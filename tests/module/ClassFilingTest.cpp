@@ -50,8 +50,9 @@ OdResult readWithVersion(OdRxClass* cls, OdInt16 version) {
 /// Classes that file fields of their own; their own tests check their records. The dimension
 /// base has no data and no version of its own.
 bool hasOwnRecord(const OdString& name) {
-  for (const char16_t* own : {u"OdDbCustomDimensionBase", u"OdDbGeoRect", u"OdDbGeo3dRect",
-                              u"OdDbGeoTriangle", u"OdDbGeoPolygon", u"OdDbMesuarData"})
+  for (const char16_t* own :
+       {u"OdDbCustomDimensionBase", u"OdDbGeoRect", u"OdDbGeo3dRect", u"OdDbGeoTriangle",
+        u"OdDbGeoPolygon", u"OdDbMesuarData", u"OdDbDimCoor", u"OdDbNewDimCoor"})
     if (name == own)
       return true;
   return false;

@@ -1,0 +1,261 @@
+// The property pages, menus and list text of the two coordinate dimensions.
+
+#include "dimensions/CoorDimExtensions.h"
+
+#include "DbLine.h"
+#include "MenuTables.h"
+#include "OdError.h"
+#include "PropertyGridName.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+const double kInf = std::numeric_limits<double>::infinity();
+
+template <class Entity> PropertyPEPtr pageOf() {
+  return PropertyPE::cast(Entity::desc()->getX(PropertyPE::desc()));
+}
+
+OdVariant int32(OdInt32 value) {
+  OdVariant v;
+  v.setInt32(value);
+  return v;
+}
+
+OdVariant text(const char16_t* value) {
+  return OdVariant(OdString(value));
+}
+
+struct RowSpec {
+  const char16_t* label;
+  const char16_t* tip;
+  OdVariant::Type type;
+  OdInt32 editorKind;
+};
+
+void expectRows(PropertyPE* pe, const OdDbEntity* entity, const std::vector<RowSpec>& rows) {
+  EXPECT_EQ(pe->getEntityName(entity), OdString(u"坐标标注"));
+  EXPECT_EQ(pe->getPropertyCount(), 2);
+  const entityProperty common = pe->getPropertyByeId(entity, 0);
+  EXPECT_EQ(common.flag, 1);
+  EXPECT_EQ(common.name, PropertyGridName::_propertycommonyname);
+  EXPECT_EQ(common.count, 5);
+  const entityProperty group = pe->getPropertyByeId(entity, 1);
+  EXPECT_EQ(group.flag, 1);
+  EXPECT_EQ(group.name, OdString(u"标注属性"));
+  EXPECT_EQ(group.count, static_cast<OdInt32>(rows.size()));
+  for (unsigned int i = 0; i < rows.size(); ++i) {
+    SCOPED_TRACE(i);
+    const propAttribute record = pe->getPropAttributeByeId(entity, 1, static_cast<int>(i));
+    EXPECT_EQ(record.index, static_cast<OdInt32>(i));
+    EXPECT_EQ(record.name, OdString(rows[i].label));
+    EXPECT_EQ(record.tip, OdString(rows[i].tip));
+    EXPECT_EQ(record.value.type(), rows[i].type);
+    EXPECT_TRUE(record.editable);
+    EXPECT_FALSE(record.reserved);
+    EXPECT_EQ(record.editorKind, rows[i].editorKind);
+  }
+  EXPECT_TRUE(pe->getPropAttributeByeId(entity, 1, static_cast<int>(rows.size())).name.isEmpty());
+  EXPECT_TRUE(pe->getPropAttributeByeId(entity, 2, 0).name.isEmpty());
+  EXPECT_EQ(pe->getPropAttributeByeId(entity, 0, 1).name, pe->getComPropAtt(entity, 1).name);
+}
+
+void expectDimensionMenu(PropertyPE* pe) {
+  std::vector<EntMenuData> menus;
+  EXPECT_TRUE(pe->GetRMenus(menus));
+  std::vector<int> expected;
+  for (int id : vdimMenus)
+    if (g_mapAllRMenu.count(id))
+      expected.push_back(id);
+  ASSERT_EQ(menus.size(), expected.size());
+  ASSERT_FALSE(menus.empty());
+  for (unsigned int i = 0; i < menus.size(); ++i) {
+    EXPECT_EQ(menus[i].id, expected[i]);
+    EXPECT_EQ(menus[i].text, g_mapAllRMenu.at(expected[i]).text);
+  }
+}
+
+void expectOtherClassesRefused(PropertyPE* pe) {
+  OdDbLinePtr line = OdDbLine::createObject();
+  EXPECT_THROW(pe->getPropAttributeByeId(line, 1, 0), OdError_NotThatKindOfClass);
+  EXPECT_THROW(pe->setPropAttributeByeId(line, text(u"x"), 1, 0), OdError_NotThatKindOfClass);
+  EXPECT_TRUE(pe->getPropAttributeByeId(nullptr, 1, 0).name.isEmpty());
+  EXPECT_FALSE(pe->setPropAttributeByeId(nullptr, text(u"x"), 1, 0));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Older coordinate dimension
+
+OdDbDimCoorPtr oldDim() {
+  OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
+  dim->setStartPt(OdGePoint3d(1.5, -2.25, 0.125));
+  dim->setDimPt(OdGePoint3d(10, 20, 30));
+  dim->setXText(u"X=north");
+  dim->setYText(u"Y=east");
+  return dim;
+}
+
+TEST(CoorDimPropertyPE, ShowsBothTextsForEditing) {
+  PropertyPEPtr pe = pageOf<OdDbDimCoor>();
+  ASSERT_FALSE(pe.isNull());
+  OdDbDimCoorPtr dim = oldDim();
+  expectRows(pe, dim,
+             {{u"X标注内容", u"修改X标注内容", OdVariant::kString, 0},
+              {u"Y标注内容", u"修改Y标注内容", OdVariant::kString, 0}});
+  EXPECT_EQ(pe->getPropAttributeByeId(dim, 1, 0).value.getString(), OdString(u"X=north"));
+  EXPECT_EQ(pe->getPropAttributeByeId(dim, 1, 1).value.getString(), OdString(u"Y=east"));
+}
+
+TEST(CoorDimPropertyPE, SetsTextsFromStringsOnly) {
+  PropertyPEPtr pe = pageOf<OdDbDimCoor>();
+  OdDbDimCoorPtr dim = oldDim();
+  EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"X=8"), 1, 0));
+  EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"Y=9"), 1, 1));
+  EXPECT_EQ(dim->getXText(), OdString(u"X=8"));
+  EXPECT_EQ(dim->getYText(), OdString(u"Y=9"));
+
+  struct Case {
+    int group, row;
+    OdVariant value;
+    bool answer;
+  } cases[] = {{1, 0, OdVariant(3.5), false},  {1, 1, int32(7), false},
+               {1, 0, OdVariant(true), false}, {1, 2, text(u"?"), true},
+               {2, 0, text(u"?"), true},       {0, 7, text(u"?"), true}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.group) + "/" + std::to_string(c.row));
+    EXPECT_EQ(pe->setPropAttributeByeId(dim, c.value, c.group, c.row), c.answer);
+    EXPECT_EQ(dim->getXText(), OdString(u"X=8"));
+    EXPECT_EQ(dim->getYText(), OdString(u"Y=9"));
+  }
+  EXPECT_TRUE(pe->setPropAttributeByeId(dim, int32(static_cast<OdInt32>(0xC3000003)), 0, 0));
+  EXPECT_EQ(dim->getDimColor().colorIndex(), 3) << "the common colour row colours the lines";
+}
+
+TEST(CoorDimPropertyPE, ListTextFollowsTheHostsOwnWithTypeAndPoints) {
+  PropertyPEPtr pe = pageOf<OdDbDimCoor>();
+  OdDbDimCoorPtr dim = oldDim();
+  const OdString expected = OdString(u"坐标标注:") + pe->PropertyPE::GetListInfo(dim) +
+                            OdString(u"\n类型:坐标"
+                                     u"\n定义点:X=10.0000 Y=20.0000 Z=30.0000"
+                                     u"\n起始点:X=1.5000 Y=-2.2500 Z=0.1250");
+  EXPECT_EQ(pe->GetListInfo(dim), expected);
+  EXPECT_NE(pe->PropertyPE::GetListInfo(dim).find(u"类名:坐标标注"), -1);
+  EXPECT_TRUE(pe->GetListInfo(nullptr).isEmpty());
+  OdDbLinePtr line = OdDbLine::createObject();
+  EXPECT_THROW(pe->GetListInfo(line), OdError_NotThatKindOfClass);
+}
+
+TEST(CoorDimPropertyPE, MenuIsTheHostsDimensionMenuAndOtherClassesAreRefused) {
+  PropertyPEPtr pe = pageOf<OdDbDimCoor>();
+  expectDimensionMenu(pe);
+  expectOtherClassesRefused(pe);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Newer coordinate dimension
+
+OdDbNewDimCoorPtr newDim() {
+  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+  dim->setXtext(u"X=north");
+  dim->setYtext(u"Y=east");
+  dim->setTextHeight(3.0);
+  return dim;
+}
+
+std::vector<OdDbMTextPtr> textsOf(const OdDbNewDimCoor* dim) {
+  return {dim->getXTextObj(), dim->getYTextObj(), dim->getThirdTextObj()};
+}
+
+TEST(NewCoorDimPropertyPE, ShowsTextColourContentsAndSize) {
+  PropertyPEPtr pe = pageOf<OdDbNewDimCoor>();
+  ASSERT_FALSE(pe.isNull());
+  OdDbNewDimCoorPtr dim = newDim();
+  expectRows(pe, dim,
+             {{u"文字颜色", u"修改文字颜色", OdVariant::kUInt32, 1},
+              {u"X标注内容", u"修改X标注内容", OdVariant::kString, 0},
+              {u"Y标注内容", u"修改Y标注内容", OdVariant::kString, 0},
+              {u"文字大小", u"修改文字大小", OdVariant::kDouble, 0}});
+  EXPECT_EQ(pe->getPropAttributeByeId(dim, 1, 0).value.getUInt32(), 0xC200FF00u);
+  EXPECT_EQ(pe->getPropAttributeByeId(dim, 1, 1).value.getString(), OdString(u"X=north"));
+  EXPECT_EQ(pe->getPropAttributeByeId(dim, 1, 2).value.getString(), OdString(u"Y=east"));
+  EXPECT_EQ(pe->getPropAttributeByeId(dim, 1, 3).value.getDouble(), 3.0);
+}
+
+TEST(NewCoorDimPropertyPE, ColourGoesToAllTextsWithPureWhiteAsSeven) {
+  struct Case {
+    OdUInt32 packed;
+    OdUInt32 applied;
+  } cases[] = {{0xC2102030u, 0xC2102030u},
+               {0xC3000005u, 0xC3000005u},
+               {0xC2FFFFFFu, 0xC3000007u},
+               {0xC2FFFFFEu, 0xC2FFFFFEu}};
+  PropertyPEPtr pe = pageOf<OdDbNewDimCoor>();
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.packed);
+    OdDbNewDimCoorPtr dim = newDim();
+    EXPECT_TRUE(pe->setPropAttributeByeId(dim, int32(static_cast<OdInt32>(c.packed)), 1, 0));
+    for (const OdDbMTextPtr& t : textsOf(dim))
+      EXPECT_EQ(t->color().color(), c.applied);
+    EXPECT_EQ(pe->getPropAttributeByeId(dim, 1, 0).value.getUInt32(), c.applied);
+    EXPECT_EQ(dim->dimColor().color(), 0xC200FF00u) << "the lines keep their colour";
+  }
+}
+
+TEST(NewCoorDimPropertyPE, ContentsAndSizeRowsApplyTheirValues) {
+  PropertyPEPtr pe = pageOf<OdDbNewDimCoor>();
+  OdDbNewDimCoorPtr dim = newDim();
+  EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"X=1"), 1, 1));
+  EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"Y=123456789"), 1, 2));
+  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=1"));
+  EXPECT_EQ(dim->getYTextObj()->contents(), OdString(u"Y=123456789"));
+  EXPECT_TRUE(pe->setPropAttributeByeId(dim, OdVariant(5.0), 1, 3));
+  for (const OdDbMTextPtr& t : textsOf(dim))
+    EXPECT_EQ(t->textHeight(), 5.0);
+  // The shoulder follows: (11 + 1) * 5 * 0.75.
+  EXPECT_NEAR(dim->getEndPt().x, 45.0, 1e-9);
+}
+
+TEST(NewCoorDimPropertyPE, WrongTypesAndUnusableHeightsChangeNothing) {
+  PropertyPEPtr pe = pageOf<OdDbNewDimCoor>();
+  struct Case {
+    int row;
+    OdVariant value;
+  } cases[] = {
+      {0, text(u"1")},      {0, OdVariant(1.0)},  {0, int32(0x7F000000)}, // not a colour method
+      {1, OdVariant(2.0)},  {2, int32(3)},        {1, OdVariant(true)},
+      {3, text(u"4")},      {3, OdVariant(0.0)},  {3, OdVariant(5e-9)},
+      {3, OdVariant(-1.0)}, {3, OdVariant(kNaN)}, {3, OdVariant(kInf)}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.row);
+    OdDbNewDimCoorPtr dim = newDim();
+    const OdGePoint3d endPt = dim->getEndPt();
+    EXPECT_FALSE(pe->setPropAttributeByeId(dim, c.value, 1, c.row));
+    for (const OdDbMTextPtr& t : textsOf(dim)) {
+      EXPECT_EQ(t->color().color(), 0xC200FF00u);
+      EXPECT_EQ(t->textHeight(), 3.0);
+    }
+    EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=north"));
+    EXPECT_EQ(dim->getYTextObj()->contents(), OdString(u"Y=east"));
+    EXPECT_TRUE(dim->getEndPt().isEqualTo(endPt));
+  }
+  OdDbNewDimCoorPtr dim = newDim();
+  EXPECT_TRUE(pe->setPropAttributeByeId(dim, OdVariant(1e-8), 1, 3)) << "just above the limit";
+  EXPECT_EQ(dim->getXTextObj()->textHeight(), 1e-8);
+  EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"?"), 1, 4));
+  EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"?"), 2, 0));
+}
+
+TEST(NewCoorDimPropertyPE, MenuIsTheHostsDimensionMenuAndOtherClassesAreRefused) {
+  PropertyPEPtr pe = pageOf<OdDbNewDimCoor>();
+  expectDimensionMenu(pe);
+  expectOtherClassesRefused(pe);
+  // Each class has its own page: the older dimension's page refuses the newer one.
+  OdDbNewDimCoorPtr dim = newDim();
+  EXPECT_THROW(pageOf<OdDbDimCoor>()->getPropAttributeByeId(dim, 1, 0), OdError_NotThatKindOfClass);
+}
+
+} // namespace

@@ -1,0 +1,198 @@
+// The text operations every dimension-like entity inherits from the dimension base.
+
+#include "dimensions/OdDbCustomDimensionBase.h"
+
+#include "BrevantApp.h"
+#include "DbBlockTable.h"
+#include "DbDatabase.h"
+#include "DbDwgStreamFiler.h"
+#include "DbLayerTable.h"
+#include "DbTextStyleTable.h"
+#include "OdError.h"
+#include "RxObjectImpl.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+
+namespace {
+
+OdCmColor trueColor(OdUInt8 r, OdUInt8 g, OdUInt8 b) {
+  OdCmColor color;
+  color.setRGB(r, g, b);
+  return color;
+}
+
+OdCmColor aciColor(OdUInt16 index) {
+  OdCmColor color;
+  color.setColorIndex(index);
+  return color;
+}
+
+/// A dimension base in a new drawing's model space, held open for write.
+OdDbCustomDimensionBasePtr addDimension(OdDbDatabase* database) {
+  OdDbBlockTableRecordPtr modelSpace = database->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
+  OdDbCustomDimensionBasePtr dimension = OdDbCustomDimensionBase::createObject();
+  modelSpace->appendOdDbEntity(dimension);
+  return dimension;
+}
+
+TEST(CustomDimensionBase, PureWhiteTextBecomesAci7) {
+  struct Case {
+    const char* what;
+    OdCmColor given;
+    OdCmColor applied;
+  } const cases[] = {
+      {"true white", trueColor(255, 255, 255), aciColor(7)},
+      {"almost white stays", trueColor(255, 255, 254), trueColor(255, 255, 254)},
+      {"red stays", trueColor(255, 0, 0), trueColor(255, 0, 0)},
+      {"ACI 7 stays", aciColor(7), aciColor(7)},
+      {"ACI 3 stays", aciColor(3), aciColor(3)},
+  };
+  OdDbCustomDimensionBasePtr dimension = OdDbCustomDimensionBase::createObject();
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    OdDbMTextPtr text = OdDbMText::createObject();
+    OdCmColor color = c.given;
+    dimension->setColorText(text, color);
+    EXPECT_EQ(c.applied.colorMethod(), text->color().colorMethod());
+    EXPECT_EQ(c.applied.colorIndex(), text->color().colorIndex());
+    EXPECT_EQ(c.applied.red(), text->color().red());
+    EXPECT_EQ(c.applied.blue(), text->color().blue());
+    EXPECT_EQ(c.applied.colorMethod(), color.colorMethod()); // the caller sees what was applied
+  }
+  // Without a text only the colour is mapped.
+  OdDbMTextPtr none;
+  OdCmColor white = trueColor(255, 255, 255);
+  dimension->setColorText(none, white);
+  EXPECT_TRUE(white.isByACI());
+  EXPECT_EQ(7, white.colorIndex());
+}
+
+TEST(CustomDimensionBase, FontHeightBelowTheThresholdIsIgnored) {
+  struct Case {
+    double height;
+    double expected;
+  } const cases[] = {
+      {0.0, 2.5},   {5e-9, 2.5}, {-3.0, 2.5}, {std::numeric_limits<double>::quiet_NaN(), 2.5},
+      {1e-8, 1e-8}, {7.5, 7.5},
+  };
+  OdDbCustomDimensionBasePtr dimension = OdDbCustomDimensionBase::createObject();
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.height);
+    OdDbMTextPtr text = OdDbMText::createObject();
+    text->setHeight(11.0);
+    dimension->setFontHeight(text, c.height);
+    EXPECT_EQ(c.expected, text->textHeight());
+    EXPECT_EQ(11.0, text->height()); // the box height is not the font height
+  }
+  OdDbMTextPtr none;
+  EXPECT_NO_THROW(dimension->setFontHeight(none, 3.0));
+}
+
+TEST(CustomDimensionBase, DefaultTextHeightFollowsTheCurrentStyle) {
+  struct Case {
+    const char* what;
+    const char16_t* styleName;
+    double fixedSize;
+    double priorSize;
+    double scale;
+    double expected;
+  } const cases[] = {
+      {"annotation style at 1:100", u"BREVANT_AISTYLE", 0.0, 3.0, 100.0, 1600.0},
+      {"annotation style ignores its sizes", u"BREVANT_AISTYLE", 4.0, 3.0, 2.0, 32.0},
+      {"fixed size", u"DIM", 4.0, 3.0, 100.0, 4.0},
+      {"prior size", u"DIM", 0.0, 2.5, 100.0, 2.5},
+      {"neither: TEXTSIZE", u"DIM", 0.0, 0.0, 100.0, 7.0},
+      {"name compared in its case", u"brevant_aistyle", 0.0, 3.0, 100.0, 3.0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    OdDbDatabasePtr database = OdDbDatabase::createObject();
+    database->setTEXTSIZE(7.0);
+    database->setDIMSCALE(c.scale);
+    {
+      OdDbTextStyleTablePtr table = database->getTextStyleTableId().safeOpenObject(OdDb::kForWrite);
+      OdDbTextStyleTableRecordPtr style = OdDbTextStyleTableRecord::createObject();
+      style->setName(c.styleName);
+      style->setTextSize(c.fixedSize);
+      style->setPriorSize(c.priorSize);
+      database->setTEXTSTYLE(table->add(style));
+    }
+    EXPECT_EQ(c.expected, addDimension(database.get())->GetTextHeight());
+  }
+
+  // The new drawing's "Standard" has prior size 2.5; an entity in no drawing takes 2.5 too.
+  OdDbDatabasePtr plain = OdDbDatabase::createObject();
+  plain->setTEXTSIZE(9.0);
+  EXPECT_EQ(2.5, addDimension(plain.get())->GetTextHeight());
+  EXPECT_EQ(2.5, OdDbCustomDimensionBase::createObject()->GetTextHeight());
+}
+
+TEST(CustomDimensionBase, SettersNeedWriteAccessAndChangeNothing) {
+  OdDbDatabasePtr database = OdDbDatabase::createObject();
+  OdDbCustomDimensionBasePtr dimension = addDimension(database.get());
+  OdDbMTextPtr text = OdDbMText::createObject();
+  text->setContents(u"12.50");
+
+  EXPECT_TRUE(dimension->setDimensionText(u"99", text));
+  EXPECT_TRUE(dimension->editDimensionText(text, OdDbMText::createObject()));
+  EXPECT_EQ(OdString(u"12.50"), text->contents());
+  OdArray<OdRxObjectPtr> pieces;
+  EXPECT_EQ(eOk, dimension->subSuperExplode(pieces));
+  EXPECT_EQ(0u, pieces.size());
+  double height = 4.25;
+  dimension->getTextHeight(height);
+  EXPECT_EQ(4.25, height);
+
+  dimension->downgradeOpen();
+  OdCmColor color = trueColor(1, 2, 3);
+  const std::function<void()> setters[] = {
+      [&] { dimension->setDimensionText(u"99", text); },
+      [&] { dimension->editDimensionText(text, OdDbMTextPtr()); },
+      [&] { dimension->setTxtStyleId(database->getTextStyleStandardId()); },
+      [&] { dimension->setColorText(text, color); },
+      [&] { dimension->setFontHeight(text, 5.0); },
+  };
+  for (std::size_t i = 0; i < sizeof(setters) / sizeof(setters[0]); ++i) {
+    SCOPED_TRACE(i);
+    try {
+      setters[i]();
+      ADD_FAILURE() << "no write-access error";
+    } catch (const OdError& error) {
+      EXPECT_EQ(eNotOpenForWrite, error.code());
+    }
+  }
+  EXPECT_EQ(OdString(u"12.50"), text->contents());
+  EXPECT_TRUE(text->color().isByLayer());
+  EXPECT_NO_THROW(dimension->subSuperExplode(pieces));
+}
+
+TEST(CustomDimensionBase, FilesOnlyTheEntityData) {
+  OdDbDatabasePtr database = OdDbDatabase::createObject();
+  OdDbLayerTablePtr layers = database->getLayerTableId().safeOpenObject(OdDb::kForWrite);
+  OdDbLayerTableRecordPtr wall = OdDbLayerTableRecord::createObject();
+  wall->setName(u"Wall");
+  const OdDbObjectId wallId = layers->add(wall);
+  wall.release();
+  layers.release();
+
+  OdDbCustomDimensionBasePtr written = addDimension(database.get());
+  written->setLayer(wallId);
+  written->setColor(trueColor(10, 20, 30));
+  written->setLinetypeScale(2.5);
+
+  OdStaticRxObject<OdDbDwgStreamFiler> filer;
+  filer.openForWrite(database.get());
+  written->dwgOutFields(&filer);
+  filer.rewind();
+  OdDbCustomDimensionBasePtr read = OdDbCustomDimensionBase::createObject();
+  ASSERT_EQ(eOk, read->dwgInFields(&filer));
+  EXPECT_EQ(0u, filer.remainingDataBits()); // nothing of its own after the entity's data
+  EXPECT_EQ(wallId, read->layerId());
+  EXPECT_EQ(2.5, read->linetypeScale());
+  EXPECT_EQ(30, read->color().blue());
+}
+
+} // namespace

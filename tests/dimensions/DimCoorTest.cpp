@@ -1,0 +1,532 @@
+// The older coordinate dimension and the layout both coordinate dimensions share.
+
+#include "dimensions/OdDbDimCoor.h"
+
+#include "BrevantApp.h"
+#include "DbTextStyleTable.h"
+#include "Gi/GiRecorder.h"
+#include "PropertyPE.h"
+#include "dimensions/CoorDimExtensions.h"
+
+#include "survey/GeoPolygonTestSupport.h"
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <string>
+#include <vector>
+#include <unistd.h>
+
+namespace {
+
+using polygontest::samePoint;
+
+/// Points the host's profile at a file of its own holding `precision` (or no setting at all)
+/// for the life of the object.
+class ScopedPrecision {
+public:
+  explicit ScopedPrecision(const int* precision)
+      : m_previous(TheApp()->profilePath()),
+        m_path("/tmp/custents-dimcoor-" + std::to_string(getpid()) + ".ini") {
+    std::remove(m_path.c_str());
+    TheApp()->setProfilePath(OdString(m_path.c_str()));
+    if (precision) {
+      EXPECT_TRUE(TheApp()->WriteProfileInt(u"options", u"dimAccurity", *precision));
+    }
+  }
+  explicit ScopedPrecision(int precision) : ScopedPrecision(&precision) {}
+  ~ScopedPrecision() {
+    TheApp()->setProfilePath(m_previous);
+    std::remove(m_path.c_str());
+  }
+
+private:
+  OdString m_previous;
+  std::string m_path;
+};
+
+OdCmColor trueColor(OdUInt8 r, OdUInt8 g, OdUInt8 b) {
+  OdCmColor color;
+  color.setRGB(r, g, b);
+  return color;
+}
+
+/// The fields of a record, for writing streams as drawings carry them.
+struct Record {
+  double version = 3.0;
+  OdGePoint3d startPt{1, 2, 0}, dimPt{5, 6, 0}, endPt{9, 6, 0};
+  double txtHeight = 3.0, txtOffsetX = 1.5, txtOffsetY = 0.25, txtGap = 0.75;
+  bool xUp = false;
+  OdString xText = u"X=north", yText = u"Y=east";
+  bool colours = true;
+  OdCmColor dimColor = trueColor(10, 20, 30), txtColor = trueColor(40, 50, 60);
+};
+
+void write(const Record& r, polygontest::Filer& filer) {
+  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  OdDbDimCoorPtr base = OdDbDimCoor::createObject();
+  base->setColorIndex(4);
+  base->OdDbEntity::dwgOutFields(&filer);
+  filer.wrDouble(r.version);
+  filer.wrPoint3d(r.startPt);
+  filer.wrPoint3d(r.dimPt);
+  filer.wrPoint3d(r.endPt);
+  filer.wrDouble(r.txtHeight);
+  filer.wrDouble(r.txtOffsetX);
+  filer.wrDouble(r.txtOffsetY);
+  filer.wrDouble(r.txtGap);
+  filer.wrBool(r.xUp);
+  filer.wrString(r.xText);
+  filer.wrString(r.yText);
+  if (r.colours) {
+    r.dimColor.dwgOut(&filer);
+    r.txtColor.dwgOut(&filer);
+  }
+  filer.rewind();
+}
+
+OdDbDimCoorPtr read(const Record& r) {
+  polygontest::Filer filer;
+  write(r, filer);
+  OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
+  EXPECT_EQ(dim->dwgInFields(&filer), eOk);
+  return dim;
+}
+
+void expectFields(const OdDbDimCoor* dim, const Record& r) {
+  EXPECT_TRUE(samePoint(dim->getStartPt(), r.startPt));
+  EXPECT_TRUE(samePoint(dim->getDimPt(), r.dimPt));
+  EXPECT_TRUE(samePoint(dim->getEndPt(), r.endPt));
+  EXPECT_EQ(dim->getTxtHeight(), r.txtHeight);
+  EXPECT_EQ(dim->getTxtOffsetX(), r.txtOffsetX);
+  EXPECT_EQ(dim->getTxtOffsetY(), r.txtOffsetY);
+  EXPECT_EQ(dim->getTxtGap(), r.txtGap);
+  EXPECT_EQ(dim->getXUp(), r.xUp);
+  EXPECT_EQ(dim->getXText(), r.xText);
+  EXPECT_EQ(dim->getYText(), r.yText);
+}
+
+void expectDefaults(const OdDbDimCoor* dim) {
+  Record defaults;
+  defaults.startPt = defaults.dimPt = defaults.endPt = OdGePoint3d::kOrigin;
+  defaults.txtHeight = 2.5;
+  defaults.txtOffsetX = defaults.txtOffsetY = 0.0;
+  defaults.txtGap = 0.5;
+  defaults.xUp = true;
+  defaults.xText = defaults.yText = OdString();
+  expectFields(dim, defaults);
+  EXPECT_EQ(dim->getTxtColor(), trueColor(0, 255, 0));
+  EXPECT_EQ(dim->getDimColor(), trueColor(0, 255, 0));
+}
+
+OdDbDimCoorPtr dimAt(const OdGePoint3d& startPt, const OdGePoint3d& dimPt) {
+  OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
+  dim->setStartPt(startPt);
+  dim->setDimPt(dimPt);
+  return dim;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Shared layout
+
+TEST(CoordinateLayout, FormatsTakeTheDecimalsClampedToWhatADoubleCarries) {
+  struct Case {
+    int precision;
+    const char16_t* format;
+    const char16_t* shown;
+  } cases[] = {{2, u"X=%.2f", u"X=1234.57"},
+               {0, u"X=%.0f", u"X=1235"},
+               {3, u"X=%.3f", u"X=1234.568"},
+               {-4, u"X=%.0f", u"X=1235"},
+               {40, u"X=%.15f", u"X=1234.567800000000034"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.precision);
+    const OdString format = custents::coordinateFormat(u"X=", c.precision);
+    EXPECT_EQ(format, OdString(c.format));
+    EXPECT_EQ(custents::formatCoordinate(format, 1234.5678), OdString(c.shown));
+  }
+}
+
+TEST(CoordinateLayout, PrecisionComesFromTheHostProfile) {
+  const auto precisionWith = [](const int* setting) {
+    ScopedPrecision profile(setting);
+    return custents::profileCoordinatePrecision();
+  };
+  const int three = 3, negative = -2, huge = 1000;
+  EXPECT_EQ(precisionWith(&three), 3);
+  EXPECT_EQ(precisionWith(&negative), 0);
+  EXPECT_EQ(precisionWith(&huge), 15);
+  EXPECT_EQ(precisionWith(nullptr), 0);
+}
+
+TEST(CoordinateLayout, ShoulderReachesRightFromABendAtOrRightOfThePointElseLeft) {
+  struct Case {
+    OdGePoint3d start, dim;
+    int longest;
+    double height;
+    OdGePoint3d end;
+  } cases[] = {
+      {{0, 0, 0}, {10, 5, 1}, 7, 2.0, {22, 5, 1}},  // (7 + 1) * 2 * 0.75 = 12
+      {{10, 0, 0}, {10, 5, 0}, 7, 2.0, {22, 5, 0}}, // a bend straight above reaches right
+      {{0, 0, 0}, {-10, 5, 0}, 7, 2.0, {-22, 5, 0}},
+      {{0, 0, 0}, {3, 3, 0}, 0, 4.0, {6, 3, 0}},
+  };
+  for (const Case& c : cases)
+    EXPECT_TRUE(samePoint(custents::shoulderEnd(c.start, c.dim, c.longest, c.height), c.end));
+}
+
+TEST(CoordinateLayout, LeaderSnapsAreEndsMiddleFootAndNearestOnTheSegment) {
+  const OdGePoint3d a(0, 0, 0), b(10, 0, 0);
+  struct Case {
+    OdDb::OsnapMode mode;
+    OdGePoint3d from, to, pick, last;
+    std::vector<OdGePoint3d> expected;
+  } cases[] = {
+      {OdDb::kOsModeEnd, a, b, {}, {}, {a, b}},
+      {OdDb::kOsModeMid, a, b, {}, {}, {{5, 0, 0}}},
+      {OdDb::kOsModePerp, a, b, {}, {14, 3, 0}, {{14, 0, 0}}}, // the infinite line
+      {OdDb::kOsModeNear, a, b, {4, 7, 0}, {}, {{4, 0, 0}}},
+      {OdDb::kOsModeNear, a, b, {12, 7, 0}, {}, {b}},
+      {OdDb::kOsModeNear, a, b, {-3, 1, 0}, {}, {a}},
+      {OdDb::kOsModeNear, a, a, {5, 5, 0}, {}, {a}},
+      {OdDb::kOsModePerp, a, a, {}, {5, 5, 0}, {}},
+      {OdDb::kOsModeCen, a, b, {}, {}, {}},
+      {OdDb::kOsModeIns, a, b, {}, {}, {}},
+      {OdDb::kOsModeIntersec, a, b, {}, {}, {}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.mode);
+    OdGePoint3dArray points;
+    points.append(OdGePoint3d(7, 7, 7)); // points already there stay
+    custents::appendLeaderSnaps(c.mode, c.from, c.to, c.pick, c.last, points);
+    ASSERT_EQ(points.size(), c.expected.size() + 1);
+    for (unsigned int i = 0; i < c.expected.size(); ++i)
+      EXPECT_TRUE(samePoint(points[i + 1], c.expected[i])) << i;
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Identity and data
+
+TEST(DimCoor, IsRegisteredUnderTheEntityWithItsPropertyPage) {
+  OdRxClass* cls = OdDbDimCoor::desc();
+  ASSERT_NE(cls, nullptr);
+  EXPECT_EQ(cls->name(), OdString(u"OdDbDimCoor"));
+  EXPECT_EQ(cls->dxfName(), OdString(u"ODDBDIMCOOR"));
+  EXPECT_EQ(cls->myParent(), OdDbEntity::desc());
+  EXPECT_NE(dynamic_cast<OdDbCoorDimPropertyPE*>(cls->getX(PropertyPE::desc()).get()), nullptr);
+}
+
+TEST(DimCoor, DefaultsAreOriginGreenAndTwoDecimals) {
+  OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
+  expectDefaults(dim);
+  EXPECT_EQ(dim->getXFormat(), OdString(u"X=%.2f"));
+  EXPECT_EQ(dim->getYFormat(), OdString(u"Y=%.2f"));
+  EXPECT_EQ(dim->scaleS2W(), 1.0);
+}
+
+TEST(DimCoor, SetColorColoursTheLinesTooButNotTheTexts) {
+  OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
+  dim->setColorIndex(1);
+  EXPECT_EQ(dim->getDimColor().colorIndex(), 1);
+  EXPECT_EQ(dim->colorIndex(), 1);
+  EXPECT_EQ(dim->getTxtColor(), trueColor(0, 255, 0));
+  dim->setTxtColor(trueColor(1, 2, 3));
+  EXPECT_EQ(dim->getTxtColor(), trueColor(1, 2, 3));
+  EXPECT_EQ(dim->getDimColor().colorIndex(), 1);
+}
+
+TEST(DimCoor, SetTxtAccLabelsNorthingAsXUnderTheSurveyConvention) {
+  struct Case {
+    int precision;
+    bool xUp;
+    const char16_t *x, *y;
+  } cases[] = {{2, true, u"X=200.00", u"Y=100.00"},
+               {2, false, u"X=100.00", u"Y=200.00"},
+               {0, true, u"X=200", u"Y=100"},
+               {3, true, u"X=200.000", u"Y=100.000"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.precision);
+    ScopedPrecision precision(c.precision);
+    OdDbDimCoorPtr dim = dimAt({100, 200, 0}, {110, 210, 0});
+    dim->setXUp(c.xUp);
+    dim->setTxtAcc();
+    EXPECT_EQ(dim->getXText(), OdString(c.x));
+    EXPECT_EQ(dim->getYText(), OdString(c.y));
+    // The names never swap: x and y with the formats just made.
+    EXPECT_EQ(dim->GetXName(), custents::formatCoordinate(dim->getXFormat(), 100.0));
+    EXPECT_EQ(dim->GetYName(), custents::formatCoordinate(dim->getYFormat(), 200.0));
+  }
+  ScopedPrecision none(nullptr);
+  OdDbDimCoorPtr dim = dimAt({100.4, 200.6, 0}, {});
+  dim->setTxtAcc();
+  EXPECT_EQ(dim->getXText(), OdString(u"X=201")) << "no setting means no decimals";
+}
+
+TEST(DimCoor, EmptyTextsAreFilledInWithoutTheSwap) {
+  // Required behaviour: the fill-in takes x for the X text, unlike setTxtAcc.
+  OdDbDimCoorPtr dim = dimAt({100, 200, 0}, {});
+  EXPECT_EQ(dim->GetXName(), OdString(u"X=100.00"));
+  EXPECT_EQ(dim->GetYName(), OdString(u"Y=200.00"));
+  EXPECT_EQ(dim->GetTextMaxLength(), 8);
+  EXPECT_EQ(dim->getXText(), OdString(u"X=100.00"));
+  EXPECT_EQ(dim->getYText(), OdString(u"Y=200.00"));
+  dim->setYText(u"Y=a longer text");
+  EXPECT_EQ(dim->GetTextMaxLength(), 15);
+  EXPECT_EQ(dim->getXText(), OdString(u"X=100.00"));
+}
+
+TEST(DimCoor, ArrowIsTheShoulderAndStoresItsEnd) {
+  struct Case {
+    OdGePoint3d dimPt, endPt;
+  } cases[] = {{{10, 10, 0}, {25, 10, 0}}, {{-10, 10, 0}, {-25, 10, 0}}};
+  for (const Case& c : cases) {
+    OdDbDimCoorPtr dim = dimAt({0, 0, 0}, c.dimPt);
+    dim->setXText(u"X=1");
+    dim->setYText(u"Y=12345"); // 7 characters: (7 + 1) * 2.5 * 0.75 = 15
+    dim->setColorIndex(3);
+    OdDbLinePtr arrow = dim->getArrow();
+    EXPECT_TRUE(samePoint(arrow->startPoint(), c.dimPt));
+    EXPECT_TRUE(samePoint(arrow->endPoint(), c.endPt));
+    EXPECT_TRUE(samePoint(dim->getEndPt(), c.endPt));
+    EXPECT_EQ(arrow->colorIndex(), 3);
+    OdDbLinePtr leader = dim->getline();
+    EXPECT_TRUE(samePoint(leader->startPoint(), OdGePoint3d::kOrigin));
+    EXPECT_TRUE(samePoint(leader->endPoint(), c.dimPt));
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Texts and drawing
+
+TEST(DimCoor, TextsStandOnAndUnderTheShoulderWithTheirOffsets) {
+  struct Case {
+    OdGePoint3d dimPt;
+    OdDb::TextHorzMode mode;
+    OdGePoint3d base; // the bend right of the point, the far end left of it
+  } cases[] = {{{5, 6, 0}, OdDb::kTextLeft, {5, 6, 0}},
+               // Left: (7 + 1) * 3 * 0.75 = 18 to the left of the bend, text centred there.
+               {{-5, 6, 0}, OdDb::kTextCenter, {-23, 6, 0}}};
+  for (const Case& c : cases) {
+    Record r;
+    r.dimPt = c.dimPt;
+    OdDbDimCoorPtr dim = read(r);
+    OdDbTextPtr x = dim->getXTextObj(), y = dim->getYTextObj();
+    ASSERT_FALSE(x.isNull());
+    ASSERT_FALSE(y.isNull());
+    EXPECT_EQ(x->textString(), OdString(u"X=north"));
+    EXPECT_EQ(y->textString(), OdString(u"Y=east"));
+    EXPECT_EQ(x->horizontalMode(), c.mode);
+    EXPECT_EQ(y->horizontalMode(), c.mode);
+    EXPECT_EQ(x->verticalMode(), OdDb::kTextBottom);
+    EXPECT_EQ(y->verticalMode(), OdDb::kTextTop);
+    EXPECT_EQ(x->height(), 3.0);
+    EXPECT_EQ(y->height(), 3.0);
+    // x offset 1.5; the X text 0.75 above, the Y text 0.75 + 3 below.
+    EXPECT_TRUE(samePoint(x->alignmentPoint(), c.base + OdGeVector3d(1.5, 0.75, 0)));
+    EXPECT_TRUE(samePoint(y->alignmentPoint(), c.base + OdGeVector3d(1.5, -3.75, 0)));
+    EXPECT_EQ(x->color(), trueColor(40, 50, 60));
+    EXPECT_TRUE(x->textStyle().isNull()) << "no drawing, no style";
+  }
+}
+
+TEST(DimCoor, TextsTakeTheHztxtStyleOfTheirDrawing) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  OdDbDimCoorPtr dim = dimAt({0, 0, 0}, {5, 5, 0});
+  dim->setDatabaseDefaults(db);
+  const OdDbObjectId style = dim->getXTextObj()->textStyle();
+  ASSERT_FALSE(style.isNull());
+  EXPECT_EQ(dim->getYTextObj()->textStyle(), style);
+  EXPECT_EQ(dim->getCurTextStyle(db, 0.2, u"hztxt", u"hztxt.shx", 0, 0, 12.0), style);
+}
+
+TEST(DimCoor, DrawsLeaderShoulderAndBothTextsInTheirColours) {
+  OdDbDimCoorPtr dim = read(Record());
+  OdGiRecorder recorder;
+  EXPECT_TRUE(dim->worldDraw(&recorder));
+  const auto& records = recorder.records();
+  ASSERT_EQ(records.size(), 4u);
+  const OdGePoint3d ends[][2] = {{{1, 2, 0}, {5, 6, 0}}, {{5, 6, 0}, {23, 6, 0}}};
+  for (int i = 0; i < 2; ++i) {
+    ASSERT_EQ(records[i].kind, OdGiRecord::kPolyline);
+    ASSERT_EQ(records[i].points.size(), 2u);
+    EXPECT_TRUE(samePoint(records[i].points[0], ends[i][0]));
+    EXPECT_TRUE(samePoint(records[i].points[1], ends[i][1]));
+    EXPECT_EQ(records[i].traits.trueColor(), trueColor(10, 20, 30).entityColor());
+  }
+  const char16_t* texts[] = {u"X=north", u"Y=east"};
+  for (int i = 2; i < 4; ++i) {
+    ASSERT_EQ(records[i].kind, OdGiRecord::kText);
+    EXPECT_EQ(records[i].text, OdString(texts[i - 2]));
+    EXPECT_EQ(records[i].height, 3.0);
+    EXPECT_EQ(records[i].traits.trueColor(), trueColor(40, 50, 60).entityColor());
+  }
+  // The X text sits above the shoulder, the Y text under it.
+  EXPECT_GT(records[2].points[0].y, 6.0);
+  EXPECT_LT(records[3].points[0].y, 6.0);
+}
+
+TEST(DimCoor, UnusableTextHeightsDrawTheLinesOnly) {
+  for (double height : {0.0, -1.0, std::nan(""), std::numeric_limits<double>::infinity()}) {
+    SCOPED_TRACE(height);
+    Record r;
+    r.txtHeight = height;
+    OdDbDimCoorPtr dim = read(r);
+    EXPECT_TRUE(dim->getXTextObj().isNull());
+    OdGiRecorder recorder;
+    EXPECT_TRUE(dim->worldDraw(&recorder));
+    EXPECT_EQ(recorder.records().size(), 2u);
+    OdRxObjectPtrArray pieces;
+    EXPECT_EQ(dim->explode(pieces), eOk);
+    EXPECT_EQ(pieces.size(), 2u);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Filing
+
+TEST(DimCoor, DwgRoundTripKeepsEveryField) {
+  const Record r;
+  OdDbDimCoorPtr source = read(r);
+  OdDbDimCoorPtr copy = OdDbDimCoor::createObject();
+  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
+  expectFields(copy, r);
+  EXPECT_EQ(copy->getDimColor(), r.dimColor);
+  EXPECT_EQ(copy->getTxtColor(), r.txtColor);
+  EXPECT_EQ(copy->colorIndex(), 4);
+}
+
+TEST(DimCoor, DwgRecordMatchesItsFieldTable) {
+  // The record is the entity's data, then exactly the fields in table order.
+  OdDbDimCoorPtr dim = read(Record());
+  polygontest::Filer own, expected;
+  own.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  dim->dwgOutFields(&own);
+  write(Record(), expected);
+  EXPECT_EQ(own.dataBitSize(), expected.dataBitSize());
+  EXPECT_TRUE(own.dataBuffer() == expected.dataBuffer());
+  EXPECT_TRUE(own.stringBuffer() == expected.stringBuffer());
+}
+
+TEST(DimCoor, VersionsUpToThreeAreReadAndColoursOnlyFromThree) {
+  struct Case {
+    double version;
+    bool colours;
+    int expected;
+  } cases[] = {{3.0, true, eOk},          {2.0, false, eOk}, {1.0, false, eOk},
+               {3.0 + 5e-11, false, eOk}, // rounding tolerated, but it is not 3.0
+               {3.0 + 1e-9, true, 1},     {4.0, true, 1},    {std::nan(""), true, 1}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.version);
+    Record r;
+    r.version = c.version;
+    r.colours = c.colours;
+    polygontest::Filer filer;
+    write(r, filer);
+    OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
+    EXPECT_EQ(static_cast<int>(dim->dwgInFields(&filer)), c.expected);
+    EXPECT_EQ(dim->colorIndex(), 4); // the entity's data comes before the version
+    if (c.expected != eOk) {
+      expectDefaults(dim);
+      continue;
+    }
+    expectFields(dim, r);
+    EXPECT_EQ(dim->getDimColor(), c.colours ? r.dimColor : trueColor(0, 255, 0));
+    EXPECT_EQ(dim->getTxtColor(), c.colours ? r.txtColor : trueColor(0, 255, 0));
+  }
+}
+
+TEST(DimCoor, StreamCutAnywhereFailsAndLeavesTheDimensionAsItWas) {
+  polygontest::Filer writer;
+  write(Record(), writer);
+  for (unsigned int bytes = 0; bytes < writer.dataBuffer().size(); ++bytes) {
+    SCOPED_TRACE(bytes);
+    polygontest::Filer reader;
+    polygontest::openCut(writer, bytes, reader);
+    OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
+    EXPECT_NE(dim->dwgInFields(&reader), eOk);
+    expectDefaults(dim);
+  }
+  for (OdUInt64 bits = 0; bits < writer.stringBitSize(); bits += 8) {
+    SCOPED_TRACE(bits);
+    polygontest::Filer reader;
+    reader.openForRead(writer.dataBuffer(), writer.dataBitSize(), writer.stringBuffer(), bits,
+                       writer.handleBuffer(), writer.handleBitSize(), nullptr,
+                       OdDbFiler::kCopyFiler);
+    OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
+    EXPECT_NE(dim->dwgInFields(&reader), eOk);
+    expectDefaults(dim);
+  }
+}
+
+TEST(DimCoor, DxfInputIsRefusedWithoutReading) {
+  OdDbDimCoorPtr dim = read(Record());
+  EXPECT_EQ(static_cast<int>(dim->dxfInFields(nullptr)), 1);
+  expectFields(dim, Record());
+}
+
+// ---------------------------------------------------------------------------------------------
+// Editing
+
+TEST(DimCoor, TransformMovesThePointsButNotTheTextHeight) {
+  OdDbDimCoorPtr dim = read(Record());
+  ASSERT_EQ(dim->transformBy(OdGeMatrix3d::scaling(2.0)), eOk);
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(2, 4, 0)));
+  EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(10, 12, 0)));
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(18, 12, 0)));
+  EXPECT_EQ(dim->getTxtHeight(), 3.0);
+  EXPECT_EQ(dim->getXText(), OdString(u"X=north"));
+}
+
+TEST(DimCoor, TheOneGripMovesThePointAndRelabelsIt) {
+  ScopedPrecision precision(1);
+  OdDbDimCoorPtr dim = dimAt({100, 200, 0}, {110, 210, 0});
+  const OdDbGripDataPtrArray grips = polygontest::gripsOf(dim);
+  ASSERT_EQ(grips.size(), 1u);
+  EXPECT_TRUE(samePoint(grips[0]->gripPoint(), OdGePoint3d(100, 200, 0)));
+  EXPECT_EQ(polygontest::gripIndex(grips[0]), 0);
+
+  ASSERT_EQ(polygontest::moveGrips(dim, {1, -1}, OdGeVector3d(5, 5, 0)), eOk);
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(100, 200, 0)));
+  EXPECT_TRUE(dim->getXText().isEmpty());
+
+  ASSERT_EQ(polygontest::moveGrips(dim, {0}, OdGeVector3d(0.3, -0.5, 0)), eOk);
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(100.3, 199.5, 0)));
+  EXPECT_EQ(dim->getXText(), OdString(u"X=199.5"));
+  EXPECT_EQ(dim->getYText(), OdString(u"Y=100.3"));
+  EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(110, 210, 0)));
+}
+
+TEST(DimCoor, SnapsComeFromTheLeaderOnly) {
+  OdDbDimCoorPtr dim = dimAt({0, 0, 0}, {10, 0, 0});
+  const OdGePoint3dArray ends = polygontest::snapsOf(dim, OdDb::kOsModeEnd);
+  ASSERT_EQ(ends.size(), 2u) << "the shoulder's end is no snap";
+  EXPECT_TRUE(samePoint(ends[1], OdGePoint3d(10, 0, 0)));
+  EXPECT_EQ(polygontest::snapsOf(dim, OdDb::kOsModeQuad).size(), 0u);
+}
+
+TEST(DimCoor, ExplodesIntoTwoLinesAndTwoTexts) {
+  OdDbDimCoorPtr dim = read(Record());
+  dim->setLinetypeScale(2.5);
+  OdRxObjectPtrArray pieces;
+  ASSERT_EQ(dim->explode(pieces), eOk);
+  ASSERT_EQ(pieces.size(), 4u);
+  const OdGePoint3d ends[][2] = {{{1, 2, 0}, {5, 6, 0}}, {{5, 6, 0}, {23, 6, 0}}};
+  for (int i = 0; i < 2; ++i) {
+    OdDbLinePtr line = OdDbLine::cast(pieces[i].get());
+    ASSERT_FALSE(line.isNull());
+    EXPECT_TRUE(samePoint(line->startPoint(), ends[i][0]));
+    EXPECT_TRUE(samePoint(line->endPoint(), ends[i][1]));
+    EXPECT_EQ(line->color(), trueColor(10, 20, 30));
+    EXPECT_EQ(line->linetypeScale(), 2.5);
+  }
+  for (int i = 2; i < 4; ++i) {
+    OdDbTextPtr text = OdDbText::cast(pieces[i].get());
+    ASSERT_FALSE(text.isNull());
+    EXPECT_EQ(text->color(), trueColor(40, 50, 60));
+    EXPECT_EQ(text->linetypeScale(), 2.5);
+  }
+  EXPECT_EQ(OdDbText::cast(pieces[3].get())->textString(), OdString(u"Y=east"));
+}
+
+} // namespace

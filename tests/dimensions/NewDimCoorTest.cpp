@@ -1,0 +1,540 @@
+// The newer coordinate dimension: texts as multi-line texts of its own, laid out in the UCS.
+
+#include "dimensions/OdDbNewDimCoor.h"
+
+#include "BrevantApp.h"
+#include "DbText.h"
+#include "Gi/GiRecorder.h"
+#include "PropertyPE.h"
+#include "dimensions/CoorDimExtensions.h"
+#include "dimensions/OdDbDimCoor.h"
+
+#include "survey/GeoPolygonTestSupport.h"
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+using polygontest::samePoint;
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+const double kInf = std::numeric_limits<double>::infinity();
+
+/// The host's profile at a file of its own holding `precision`, for the life of the object.
+class ScopedPrecision {
+public:
+  explicit ScopedPrecision(int precision)
+      : m_previous(TheApp()->profilePath()),
+        m_path("/tmp/custents-newdimcoor-" + std::to_string(getpid()) + ".ini") {
+    std::remove(m_path.c_str());
+    TheApp()->setProfilePath(OdString(m_path.c_str()));
+    EXPECT_TRUE(TheApp()->WriteProfileInt(u"options", u"dimAccurity", precision));
+  }
+  ~ScopedPrecision() {
+    TheApp()->setProfilePath(m_previous);
+    std::remove(m_path.c_str());
+  }
+
+private:
+  OdString m_previous;
+  std::string m_path;
+};
+
+OdCmColor trueColor(OdUInt8 r, OdUInt8 g, OdUInt8 b) {
+  OdCmColor color;
+  color.setRGB(r, g, b);
+  return color;
+}
+
+OdDbNewDimCoorPtr dimAt(const OdGePoint3d& startPt, const OdGePoint3d& dimPt) {
+  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+  dim->setStartPt(startPt);
+  dim->setDimPt(dimPt);
+  return dim;
+}
+
+std::vector<OdDbMTextPtr> textsOf(const OdDbNewDimCoor* dim) {
+  return {dim->getXTextObj(), dim->getYTextObj(), dim->getThirdTextObj()};
+}
+
+/// A dimension with texts of its own: X "X=1" (3 characters), Y "Y=12345" (7), note "P1",
+/// height 2: the shoulder reaches (7 + 1) * 2 * 0.75 = 12.
+OdDbNewDimCoorPtr labelled(const OdGePoint3d& startPt, const OdGePoint3d& dimPt) {
+  OdDbNewDimCoorPtr dim = dimAt(startPt, dimPt);
+  dim->setXtext(u"X=1");
+  dim->setYtext(u"Y=12345");
+  OdDbMTextPtr third = dim->getThirdTextObj();
+  dim->setDimensionText(u"P1", third);
+  dim->setTextHeight(2.0);
+  return dim;
+}
+
+/// Where the three texts stand, relative to the start of the texts on the shoulder, for text
+/// height h: X bottom-left half a height above, Y top-left half a height under, the note a line
+/// further down.
+void expectTextsAt(const OdDbNewDimCoor* dim, const OdGePoint3d& base, const OdGeVector3d& along,
+                   const OdGeVector3d& up, double h) {
+  const struct {
+    OdDbMTextPtr text;
+    double rise;
+    OdDbMText::AttachmentPoint attachment;
+  } expected[] = {{dim->getXTextObj(), 0.5 * h, OdDbMText::kBottomLeft},
+                  {dim->getYTextObj(), -0.5 * h, OdDbMText::kTopLeft},
+                  {dim->getThirdTextObj(), -2.0 * h, OdDbMText::kTopLeft}};
+  for (const auto& e : expected) {
+    EXPECT_TRUE(samePoint(e.text->location(), base + along * (h * 2.0 / 3.0) + up * e.rise));
+    EXPECT_EQ(e.text->attachment(), e.attachment);
+    EXPECT_TRUE(e.text->direction().isEqualTo(along));
+    EXPECT_TRUE(e.text->normal().isEqualTo(OdGeVector3d::kZAxis));
+  }
+}
+
+TEST(NewDimCoor, IsRegisteredUnderTheDimensionBaseWithItsPropertyPage) {
+  OdRxClass* cls = OdDbNewDimCoor::desc();
+  ASSERT_NE(cls, nullptr);
+  EXPECT_EQ(cls->name(), OdString(u"OdDbNewDimCoor"));
+  EXPECT_EQ(cls->dxfName(), OdString(u"ODDBNEWDIMCOOR"));
+  EXPECT_EQ(cls->myParent(), OdDbCustomDimensionBase::desc());
+  EXPECT_NE(dynamic_cast<OdDbNewCoorDimPropertyPE*>(cls->getX(PropertyPE::desc()).get()), nullptr);
+}
+
+TEST(NewDimCoor, ANewDimensionIsGreenAndLabelsTheOriginWithTwoDecimals) {
+  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d::kOrigin));
+  EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d::kOrigin));
+  EXPECT_TRUE(dim->getXUp());
+  EXPECT_EQ(dim->getXFormat(), OdString(u"X=%.2f"));
+  EXPECT_EQ(dim->getYFormat(), OdString(u"Y=%.2f"));
+  EXPECT_EQ(dim->dimColor(), trueColor(0, 255, 0));
+  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=0.00"));
+  EXPECT_EQ(dim->getYTextObj()->contents(), OdString(u"Y=0.00"));
+  EXPECT_TRUE(dim->getThirdTextObj()->contents().isEmpty());
+  for (const OdDbMTextPtr& text : textsOf(dim)) {
+    EXPECT_EQ(text->color(), trueColor(0, 255, 0));
+    EXPECT_EQ(text->textHeight(), 2.5);
+  }
+  // (6 + 1) * 2.5 * 0.75 to the right.
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(13.125, 0, 0)));
+  expectTextsAt(dim, OdGePoint3d::kOrigin, OdGeVector3d::kXAxis, OdGeVector3d::kYAxis, 2.5);
+}
+
+TEST(NewDimCoor, SetTxtAccLabelsNorthingAsXUnderTheSurveyConvention) {
+  struct Case {
+    int precision;
+    bool xUp;
+    const char16_t *x, *y;
+  } cases[] = {{2, true, u"X=200.00", u"Y=100.00"},
+               {2, false, u"X=100.00", u"Y=200.00"},
+               {3, true, u"X=200.000", u"Y=100.000"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.precision);
+    ScopedPrecision precision(c.precision);
+    OdDbNewDimCoorPtr dim = dimAt({100, 200, 0}, {110, 210, 0});
+    dim->setXUp(c.xUp);
+    dim->setTxtAcc();
+    EXPECT_EQ(dim->getXTextObj()->contents(), OdString(c.x));
+    EXPECT_EQ(dim->getYTextObj()->contents(), OdString(c.y));
+    // Names never swap.
+    EXPECT_EQ(dim->GetXName(), custents::formatCoordinate(dim->getXFormat(), 100.0));
+    // The shoulder follows the longer text: (9 or 10 + 1) * 2.5 * 0.75.
+    const double reach = (OdString(c.x).getLength() + 1) * 2.5 * 0.75;
+    EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(110 + reach, 210, 0)));
+  }
+}
+
+TEST(NewDimCoor, EmptyTextsAreFilledInWithoutTheSwap) {
+  OdDbNewDimCoorPtr dim = dimAt({100, 200, 0}, {});
+  dim->setXtext(OdString());
+  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=100.00"));
+  dim->setYtext(u"Y=a longer text");
+  EXPECT_EQ(dim->GetTextMaxLength(), 15);
+}
+
+TEST(NewDimCoor, ShoulderAndTextsFollowTheSideOfTheBend) {
+  struct Case {
+    OdGePoint3d dimPt, endPt, base;
+  } cases[] = {{{10, 5, 0}, {22, 5, 0}, {10, 5, 0}}, {{-10, 5, 0}, {-22, 5, 0}, {-22, 5, 0}}};
+  for (const Case& c : cases) {
+    OdDbNewDimCoorPtr dim = labelled(OdGePoint3d::kOrigin, c.dimPt);
+    EXPECT_TRUE(samePoint(dim->getEndPt(), c.endPt));
+    expectTextsAt(dim, c.base, OdGeVector3d::kXAxis, OdGeVector3d::kYAxis, 2.0);
+    OdDbLinePtr leader = dim->getline();
+    EXPECT_TRUE(samePoint(leader->endPoint(), c.dimPt));
+    EXPECT_EQ(leader->color(), trueColor(0, 255, 0));
+  }
+}
+
+TEST(NewDimCoor, LayoutIsHorizontalInTheUcsOfItsDrawing) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  // UCS turned a quarter turn: its x axis is the world's y axis.
+  db->setUcs(OdGePoint3d(5, 0, 0), OdGeVector3d::kYAxis, -OdGeVector3d::kXAxis);
+  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+  dim->setDatabaseDefaults(db);
+  dim->setStartPt(OdGePoint3d(5, 0, 0));
+  dim->setDimPt(OdGePoint3d(0, 10, 0)); // UCS (10, 5): right of the point there
+  dim->setXtext(u"X=1");
+  dim->setYtext(u"Y=12345");
+  dim->setTextHeight(2.0);
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(0, 22, 0)));
+  expectTextsAt(dim, OdGePoint3d(0, 10, 0), OdGeVector3d::kYAxis, -OdGeVector3d::kXAxis, 2.0);
+  // The points themselves stay where they were put.
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(5, 0, 0)));
+  EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(0, 10, 0)));
+
+  // Back in the world system the same dimension lays out along world x again.
+  db->setUcs(OdGePoint3d::kOrigin, OdGeVector3d::kXAxis, OdGeVector3d::kYAxis);
+  dim->setArrow();
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(-12, 10, 0)));
+  expectTextsAt(dim, OdGePoint3d(-12, 10, 0), OdGeVector3d::kXAxis, OdGeVector3d::kYAxis, 2.0);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Text operations
+
+TEST(NewDimCoor, DimensionTextOperationsWorkOnTheGivenText) {
+  OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
+  OdDbMTextPtr none;
+  EXPECT_FALSE(dim->setDimensionText(u"lost", none));
+  OdDbMTextPtr y = dim->getYTextObj();
+  EXPECT_TRUE(dim->setDimensionText(u"Y=123456789", y));
+  EXPECT_EQ(dim->getYTextObj()->contents(), OdString(u"Y=123456789"));
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(10 + 12 * 2 * 0.75, 0, 0)));
+
+  OdDbMTextPtr edited = OdDbMText::createObject();
+  edited->setContents(u"X=edited");
+  edited->setTextHeight(4.0);
+  OdDbMTextPtr x = dim->getXTextObj();
+  EXPECT_FALSE(dim->editDimensionText(x, OdDbMTextPtr()));
+  EXPECT_FALSE(dim->editDimensionText(none, edited));
+  EXPECT_TRUE(dim->editDimensionText(x, edited));
+  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=edited"));
+  for (const OdDbMTextPtr& text : textsOf(dim))
+    EXPECT_EQ(text->textHeight(), 4.0);
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(10 + 12 * 4 * 0.75, 0, 0)));
+
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  dim->setTxtStyleId(db->getTextStyleStandardId());
+  for (const OdDbMTextPtr& text : textsOf(dim))
+    EXPECT_EQ(text->textStyle(), db->getTextStyleStandardId());
+}
+
+TEST(NewDimCoor, TextColourTurnsPureWhiteIntoSevenAndANullTextMeansAll) {
+  struct Case {
+    OdCmColor given;
+    OdCmColor applied;
+  } cases[] = {{trueColor(255, 255, 255), OdCmColor()}, {trueColor(255, 255, 254), {}}};
+  cases[0].applied.setColorIndex(7);
+  cases[1].applied = trueColor(255, 255, 254);
+  for (Case& c : cases) {
+    OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
+    OdDbMTextPtr y = dim->getYTextObj();
+    OdCmColor color = c.given;
+    dim->setColorText(y, color);
+    EXPECT_EQ(dim->getYTextObj()->color(), c.applied);
+    EXPECT_EQ(dim->getXTextObj()->color(), trueColor(0, 255, 0));
+    OdDbMTextPtr all;
+    color = c.given;
+    dim->setColorText(all, color);
+    for (const OdDbMTextPtr& text : textsOf(dim))
+      EXPECT_EQ(text->color(), c.applied);
+    EXPECT_EQ(dim->dimColor(), trueColor(0, 255, 0)) << "the lines keep theirs";
+  }
+}
+
+TEST(NewDimCoor, HeightsTooSmallOrNotFiniteAreIgnored) {
+  for (double height : {0.0, 5e-9, -2.0, kNaN, kInf, -kInf}) {
+    SCOPED_TRACE(height);
+    OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
+    const OdGePoint3d endPt = dim->getEndPt();
+    OdDbMTextPtr x = dim->getXTextObj();
+    dim->setFontHeight(x, height);
+    dim->setTextHeight(height);
+    for (const OdDbMTextPtr& text : textsOf(dim))
+      EXPECT_EQ(text->textHeight(), 2.0);
+    EXPECT_TRUE(samePoint(dim->getEndPt(), endPt));
+  }
+  OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
+  OdDbMTextPtr x = dim->getXTextObj();
+  dim->setFontHeight(x, 1e-8);
+  EXPECT_EQ(dim->getXTextObj()->textHeight(), 1e-8);
+  EXPECT_EQ(dim->getYTextObj()->textHeight(), 2.0);
+}
+
+TEST(NewDimCoor, SetColorColoursTheLinesAndNotTheTexts) {
+  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+  dim->setColorIndex(5);
+  EXPECT_EQ(dim->colorIndex(), 5);
+  EXPECT_EQ(dim->dimColor().colorIndex(), 5);
+  EXPECT_EQ(dim->getXTextObj()->color(), trueColor(0, 255, 0));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Filing
+
+void writeHead(polygontest::Filer& filer, double version, const OdGePoint3d& endPt) {
+  OdDbNewDimCoorPtr base = OdDbNewDimCoor::createObject();
+  base->setColorIndex(4);
+  base->OdDbEntity::dwgOutFields(&filer);
+  filer.wrDouble(version);
+  filer.wrPoint3d(OdGePoint3d(1, 2, 0));
+  filer.wrPoint3d(OdGePoint3d(11, 12, 0));
+  filer.wrPoint3d(endPt);
+  filer.wrBool(false);
+  trueColor(9, 8, 7).dwgOut(&filer);
+}
+
+OdDbMTextPtr textWith(const OdString& contents, double height, OdUInt16 colorIndex) {
+  OdDbMTextPtr text = OdDbMText::createObject();
+  text->setContents(contents);
+  text->setTextHeight(height);
+  text->setColorIndex(colorIndex);
+  return text;
+}
+
+/// A record as drawings carry it, with a stale shoulder end that reading must rebuild.
+void writeRecord(polygontest::Filer& filer, double version) {
+  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  writeHead(filer, version, OdGePoint3d(99, 99, 99));
+  textWith(u"X=north", 2.0, 1)->dwgOutFields(&filer);
+  textWith(u"Y=east", 2.0, 2)->dwgOutFields(&filer);
+  textWith(u"P7", 2.0, 3)->dwgOutFields(&filer);
+  filer.rewind();
+}
+
+void expectRecordRead(const OdDbNewDimCoor* dim) {
+  EXPECT_EQ(dim->colorIndex(), 4);
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(1, 2, 0)));
+  EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(11, 12, 0)));
+  EXPECT_FALSE(dim->getXUp());
+  EXPECT_EQ(dim->dimColor(), trueColor(9, 8, 7));
+  const char16_t* contents[] = {u"X=north", u"Y=east", u"P7"};
+  const std::vector<OdDbMTextPtr> texts = textsOf(dim);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(texts[i]->contents(), OdString(contents[i]));
+    EXPECT_EQ(texts[i]->colorIndex(), i + 1);
+    EXPECT_EQ(texts[i]->textHeight(), 2.0);
+  }
+  // Laid out again: (7 + 1) * 2 * 0.75 right of the bend.
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(23, 12, 0)));
+  expectTextsAt(dim, OdGePoint3d(11, 12, 0), OdGeVector3d::kXAxis, OdGeVector3d::kYAxis, 2.0);
+}
+
+void expectUntouched(const OdDbNewDimCoor* dim) {
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d::kOrigin));
+  EXPECT_TRUE(dim->getXUp());
+  EXPECT_EQ(dim->dimColor(), trueColor(0, 255, 0));
+  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=0.00"));
+  EXPECT_TRUE(dim->getThirdTextObj()->contents().isEmpty());
+}
+
+TEST(NewDimCoor, ReadsItsRecordAndLaysItselfOutAgain) {
+  polygontest::Filer filer;
+  writeRecord(filer, 1.0);
+  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+  ASSERT_EQ(dim->dwgInFields(&filer), eOk);
+  expectRecordRead(dim);
+
+  // Written again, it is the same record with the rebuilt shoulder end.
+  polygontest::Filer own, expected;
+  own.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  dim->dwgOutFields(&own);
+  expected.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  writeHead(expected, 1.0, OdGePoint3d(23, 12, 0));
+  for (const OdDbMTextPtr& text : textsOf(dim))
+    text->dwgOutFields(&expected);
+  EXPECT_EQ(own.dataBitSize(), expected.dataBitSize());
+  EXPECT_TRUE(own.dataBuffer() == expected.dataBuffer());
+
+  OdDbNewDimCoorPtr copy = OdDbNewDimCoor::createObject();
+  ASSERT_EQ(polygontest::copyThroughDwg(dim, copy), eOk);
+  expectRecordRead(copy);
+}
+
+TEST(NewDimCoor, TextsReadIntoADrawingKeepTheirOwnProperties) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  db->setCECOLOR(trueColor(1, 1, 1));
+  db->setTEXTSIZE(7.0);
+  polygontest::Filer filer;
+  writeRecord(filer, 1.0);
+  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+  dim->setDatabaseDefaults(db);
+  ASSERT_EQ(dim->dwgInFields(&filer), eOk);
+  expectRecordRead(dim);
+  for (const OdDbMTextPtr& text : textsOf(dim))
+    EXPECT_EQ(text->database(), db.get());
+}
+
+TEST(NewDimCoor, ReadingKeepsTheUcsTheDimensionWasLaidOutIn) {
+  OdDbDatabasePtr turned = OdDbDatabase::createObject();
+  turned->setUcs(OdGePoint3d::kOrigin, OdGeVector3d::kYAxis, -OdGeVector3d::kXAxis);
+  OdDbNewDimCoorPtr source = OdDbNewDimCoor::createObject();
+  source->setDatabaseDefaults(turned);
+  source->setDimPt(OdGePoint3d(0, 10, 0));
+  const OdGePoint3d endPt = source->getEndPt();
+  ASSERT_TRUE(samePoint(endPt, OdGePoint3d(0, 23.125, 0)));
+
+  // Read into a drawing whose UCS is the world's, it stays as it was laid out.
+  OdDbDatabasePtr world = OdDbDatabase::createObject();
+  OdDbNewDimCoorPtr copy = OdDbNewDimCoor::createObject();
+  copy->setDatabaseDefaults(world);
+  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
+  EXPECT_TRUE(samePoint(copy->getEndPt(), endPt));
+  EXPECT_TRUE(copy->getXTextObj()->direction().isEqualTo(OdGeVector3d::kYAxis));
+  EXPECT_EQ(polygontest::dwgHex(copy), polygontest::dwgHex(source));
+  // The next edit lays it out in its own drawing's UCS.
+  copy->setArrow();
+  EXPECT_TRUE(samePoint(copy->getEndPt(), OdGePoint3d(13.125, 10, 0)));
+}
+
+TEST(NewDimCoor, OnlyVersionOneIsRead) {
+  for (double version : {0.0, 0.5, 2.0, 1.0 + 1e-12, kNaN}) {
+    SCOPED_TRACE(version);
+    polygontest::Filer filer;
+    writeRecord(filer, version);
+    OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+    EXPECT_EQ(static_cast<int>(dim->dwgInFields(&filer)), 1);
+    EXPECT_EQ(dim->colorIndex(), 4);
+    expectUntouched(dim);
+  }
+}
+
+TEST(NewDimCoor, StreamCutAnywhereFailsAndLeavesTheDimensionAsItWas) {
+  polygontest::Filer writer;
+  writeRecord(writer, 1.0);
+  for (unsigned int bytes = 0; bytes < writer.dataBuffer().size(); ++bytes) {
+    SCOPED_TRACE(bytes);
+    polygontest::Filer reader;
+    polygontest::openCut(writer, bytes, reader);
+    OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+    EXPECT_NE(dim->dwgInFields(&reader), eOk);
+    expectUntouched(dim);
+  }
+  for (int stream = 0; stream < 2; ++stream) {
+    const OdUInt64 size = stream == 0 ? writer.stringBitSize() : writer.handleBitSize();
+    for (OdUInt64 bits = 0; bits < size; bits += 8) {
+      SCOPED_TRACE(std::to_string(stream) + " " + std::to_string(bits));
+      polygontest::Filer reader;
+      reader.openForRead(writer.dataBuffer(), writer.dataBitSize(), writer.stringBuffer(),
+                         stream == 0 ? bits : writer.stringBitSize(), writer.handleBuffer(),
+                         stream == 1 ? bits : writer.handleBitSize(), nullptr,
+                         OdDbFiler::kCopyFiler);
+      OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+      EXPECT_NE(dim->dwgInFields(&reader), eOk);
+      expectUntouched(dim);
+    }
+  }
+}
+
+TEST(NewDimCoor, DxfInputIsRefusedWithoutReading) {
+  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
+  EXPECT_EQ(static_cast<int>(dim->dxfInFields(nullptr)), 1);
+  expectUntouched(dim);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Drawing and editing
+
+TEST(NewDimCoor, DrawsLeaderShoulderAndEachTextInItsColour) {
+  OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 5, 0});
+  OdDbMTextPtr y = dim->getYTextObj();
+  OdCmColor blue = trueColor(0, 0, 255);
+  dim->setColorText(y, blue);
+  OdGiRecorder recorder;
+  EXPECT_TRUE(dim->worldDraw(&recorder));
+  const auto& records = recorder.records();
+  ASSERT_EQ(records.size(), 5u);
+  const OdGePoint3d ends[][2] = {{{0, 0, 0}, {10, 5, 0}}, {{10, 5, 0}, {22, 5, 0}}};
+  for (int i = 0; i < 2; ++i) {
+    ASSERT_EQ(records[i].kind, OdGiRecord::kPolyline);
+    EXPECT_TRUE(samePoint(records[i].points[0], ends[i][0]));
+    EXPECT_TRUE(samePoint(records[i].points[1], ends[i][1]));
+    EXPECT_EQ(records[i].traits.trueColor(), trueColor(0, 255, 0).entityColor());
+  }
+  const char16_t* texts[] = {u"X=1", u"Y=12345", u"P1"};
+  const OdCmColor colours[] = {trueColor(0, 255, 0), blue, trueColor(0, 255, 0)};
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_EQ(records[i + 2].kind, OdGiRecord::kText);
+    EXPECT_EQ(records[i + 2].text, OdString(texts[i]));
+    EXPECT_EQ(records[i + 2].traits.trueColor(), colours[i].entityColor());
+  }
+}
+
+TEST(NewDimCoor, TransformMovesPointsAndTextsOrNothing) {
+  OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
+  ASSERT_EQ(dim->transformBy(OdGeMatrix3d::rotation(OdaPI / 2, OdGeVector3d::kZAxis)), eOk);
+  EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(0, 10, 0)));
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(0, 22, 0)));
+  EXPECT_TRUE(dim->getXTextObj()->direction().isEqualTo(OdGeVector3d::kYAxis));
+  EXPECT_TRUE(samePoint(dim->getXTextObj()->location(), OdGePoint3d(-1, 10 + 4.0 / 3.0, 0)));
+
+  // A matrix that flattens the texts is refused by them, and so by the dimension.
+  OdGeMatrix3d flatten = OdGeMatrix3d::scaling(OdGeScale3d(1.0, 0.0, 1.0));
+  const OdGePoint3d location = dim->getXTextObj()->location();
+  EXPECT_NE(dim->transformBy(flatten), eOk);
+  EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(0, 10, 0)));
+  EXPECT_TRUE(samePoint(dim->getXTextObj()->location(), location));
+}
+
+TEST(NewDimCoor, TheOneGripMovesThePointRelabelsItAndRebuildsTheShoulder) {
+  ScopedPrecision precision(0);
+  OdDbNewDimCoorPtr dim = labelled({100, 200, 0}, {110, 210, 0});
+  const OdDbGripDataPtrArray grips = polygontest::gripsOf(dim);
+  ASSERT_EQ(grips.size(), 1u);
+  EXPECT_TRUE(samePoint(grips[0]->gripPoint(), OdGePoint3d(100, 200, 0)));
+  ASSERT_EQ(polygontest::moveGrips(dim, {2}, OdGeVector3d(5, 5, 0)), eOk);
+  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=1"));
+  ASSERT_EQ(polygontest::moveGrips(dim, {0}, OdGeVector3d(1, 2, 0)), eOk);
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(101, 202, 0)));
+  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=202"));
+  EXPECT_EQ(dim->getYTextObj()->contents(), OdString(u"Y=101"));
+  EXPECT_EQ(dim->getThirdTextObj()->contents(), OdString(u"P1"));
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(110 + 6 * 2 * 0.75, 210, 0)));
+}
+
+TEST(NewDimCoor, SnapsComeFromTheLeaderOnly) {
+  OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
+  const OdGePoint3dArray mids = polygontest::snapsOf(dim, OdDb::kOsModeMid);
+  ASSERT_EQ(mids.size(), 1u);
+  EXPECT_TRUE(samePoint(mids[0], OdGePoint3d(5, 0, 0)));
+  EXPECT_EQ(polygontest::snapsOf(dim, OdDb::kOsModeIns).size(), 0u);
+}
+
+TEST(NewDimCoor, ExplodesIntoLinesAndTextsAndSuperExplodesTheTextsToo) {
+  OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
+  dim->setLinetypeScale(3.0);
+  OdRxObjectPtrArray pieces;
+  ASSERT_EQ(dim->explode(pieces), eOk);
+  ASSERT_EQ(pieces.size(), 5u);
+  EXPECT_TRUE(samePoint(OdDbLine::cast(pieces[1].get())->endPoint(), OdGePoint3d(22, 0, 0)));
+  for (int i = 2; i < 5; ++i) {
+    OdDbMTextPtr text = OdDbMText::cast(pieces[i].get());
+    ASSERT_FALSE(text.isNull());
+    EXPECT_EQ(text->linetypeScale(), 3.0);
+    EXPECT_EQ(text->color(), trueColor(0, 255, 0));
+    EXPECT_NE(text.get(), dim->getXTextObj().get()) << "copies, not the dimension's own";
+  }
+
+  OdArray<OdRxObjectPtr> all;
+  ASSERT_EQ(dim->subSuperExplode(all), eOk);
+  ASSERT_EQ(all.size(), 5u);
+  EXPECT_FALSE(OdDbLine::cast(all[0].get()).isNull());
+  const char16_t* texts[] = {u"X=1", u"Y=12345", u"P1"};
+  for (int i = 0; i < 3; ++i) {
+    OdDbTextPtr text = OdDbText::cast(all[i + 2].get());
+    ASSERT_FALSE(text.isNull());
+    EXPECT_EQ(text->textString(), OdString(texts[i]));
+  }
+
+  // An empty note line is left out.
+  OdDbMTextPtr third = dim->getThirdTextObj();
+  dim->setDimensionText(OdString(), third);
+  pieces.clear();
+  ASSERT_EQ(dim->explode(pieces), eOk);
+  EXPECT_EQ(pieces.size(), 4u);
+}
+
+} // namespace
