@@ -7,7 +7,7 @@ packages=(
   build-essential cmake ninja-build pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   libcli11-dev rapidjson-dev libcairo2-dev fonts-dejavu-core
-  python3-ezdxf
+  python3-ezdxf python3-matplotlib fonts-wqy-microhei
 )
 
 missing=()

@@ -6,6 +6,7 @@
 #include "CmColor.h"
 #include "Ge/GeMatrix3d.h"
 #include "Ge/GePoint2d.h"
+#include "GlyphFitter.h"
 #include "OdError.h"
 #include "OdString.h"
 #include "RenderTestSupport.h"
@@ -22,6 +23,7 @@ namespace render_test {
 namespace {
 
 using custents::render::DrawingRenderer;
+using custents::render::GlyphFitter;
 using custents::render::RenderOptions;
 using custents::render::RenderResult;
 
@@ -195,18 +197,23 @@ TEST(RenderSink, TextIsPlacedScaledTurnedAndEscaped) {
   EXPECT_EQ("A&lt;&amp;&gt;&quot;", level.text);
   EXPECT_EQ("#0000ff", level.attribute("fill"));
   // Height 3 units is 6 pixels of capital; the em is larger by the font's cap-height ratio.
-  EXPECT_NEAR(6.0 * 2048.0 / 1493.0, std::stod(level.attribute("font-size")), 1e-3);
+  // The line is as long as the text metrics say: 5 characters of 0.6 heights, 18 pixels.
+  const double emPerCap = GlyphFitter(RenderOptions().fontFamily).emPerCapHeight();
+  EXPECT_NEAR(6.0 * emPerCap, std::stod(level.attribute("font-size")), 1e-3);
+  EXPECT_NEAR(18.0, std::stod(level.attribute("textLength")), 1e-3);
   expectNumbers({1, 0, 0, 1, 14, 44}, numbersIn(level.attribute("transform")));
 
   // Along world Y is up the picture; the width factor stretches along the baseline.
   const SvgElement& turned = primitives[2];
   EXPECT_EQ("up", turned.text);
-  const double em = 8.0 * 2048.0 / 1493.0;
+  const double em = 8.0 * emPerCap;
   EXPECT_NEAR(em * std::sqrt(2.0), std::stod(turned.attribute("font-size")), 1e-2);
   const std::vector<double> m = numbersIn(turned.attribute("transform"));
   ASSERT_EQ(6u, m.size());
   const double size = std::sqrt(2.0);
   expectNumbers({0, -2 / size, 1 / size, 0, 30, 44}, m, 2e-3);
+  // 2 x 0.6 x 4 x 2 = 9.6 units, 19.2 pixels, along a frame whose unit is sqrt(2) pixels.
+  EXPECT_NEAR(19.2 / size, std::stod(turned.attribute("textLength")), 2e-3);
 }
 
 TEST(RenderSink, ModelTransformsStackAndAnUnmatchedPopIsIgnored) {

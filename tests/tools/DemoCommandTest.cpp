@@ -213,8 +213,8 @@ TEST_F(SampleDrawingTest, SampleDrawingHoldsEveryShapeKind) {
     counts = countEntitiesByClass(modelSpaceEntities(db.get()));
   }
   const std::vector<std::pair<std::string, std::size_t>> expected = {
-      {"OdDbGeoRect", 4}, {"OdDbGeo3dRect", 1},  {"OdDbGeoTriangle", 2},
-      {"OdDbHatch", 2},   {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4}};
+      {"OdDbGeoRect", 4}, {"OdDbGeo3dRect", 1},  {"OdDbGeoTriangle", 2}, {"OdDbHatch", 2},
+      {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4}, {"OdDbDimCoor", 2},  {"OdDbNewDimCoor", 2}};
   using CountSet = std::set<std::pair<std::string, std::size_t>>;
   EXPECT_EQ(CountSet(counts.begin(), counts.end()), CountSet(expected.begin(), expected.end()));
   EXPECT_EQ(counts.size(), expected.size()) << "a class listed twice";
@@ -236,8 +236,11 @@ TEST(DemoCommand, WritesBothPicturesAtTheRequestedSize) {
   EXPECT_EQ(pngSize(readFile(dir + "/demo.png")), std::make_pair(640u, 480u));
   const std::string svg = readFile(dir + "/demo.svg");
   EXPECT_NE(svg.find("width=\"640\" height=\"480\""), std::string::npos);
+  EXPECT_NE(run.out.find(dir + "/demo.dxf"), std::string::npos) << run.out;
+  EXPECT_EQ(readFile(dir + "/demo.dxf").compare(0, 16, "  0\nSECTION\n  2\n"), 0);
   std::remove((dir + "/demo.svg").c_str());
   std::remove((dir + "/demo.png").c_str());
+  std::remove((dir + "/demo.dxf").c_str());
 }
 
 TEST(DemoCommand, PictureShowsEveryShapeInItsColourAndTheSolidFill) {
@@ -247,6 +250,7 @@ TEST(DemoCommand, PictureShowsEveryShapeInItsColourAndTheSolidFill) {
   const std::string svg = readFile(dir + "/demo.svg");
   std::remove((dir + "/demo.svg").c_str());
   std::remove((dir + "/demo.png").c_str());
+  std::remove((dir + "/demo.dxf").c_str());
 
   // The colours come from the entities' own property pages, not from the demo's code.
   const ToolRun props = runCustents({"props", "--json"});
@@ -277,7 +281,7 @@ TEST(DemoCommand, PictureShowsEveryShapeInItsColourAndTheSolidFill) {
       EXPECT_NE(svg.find(std::string("stroke=\"") + hex + "\""), std::string::npos);
     }
   }
-  EXPECT_EQ(shapes, 12u) << "11 shape outlines and the pattern fill";
+  EXPECT_EQ(shapes, 16u) << "11 shape outlines, the pattern fill and 4 coordinate dimensions";
   EXPECT_GE(occurrences(svg, "stroke=\""), shapes);
 }
 

@@ -1,5 +1,6 @@
 #include "DemoCommand.h"
 
+#include "DrawingFile.h"
 #include "DrawingRenderer.h"
 #include "ModuleSession.h"
 #include "SampleDrawing.h"
@@ -29,6 +30,7 @@ struct DemoReport {
   std::size_t entityCount = 0;
   std::string svgPath;
   std::string pngPath;
+  std::string dxfPath;
   custents::render::RenderResult svg;
   custents::render::RenderResult png;
 };
@@ -49,6 +51,7 @@ DemoReport writeDemo(const DemoOptions& options, const custents::render::RenderO
   DemoReport report;
   report.svgPath = (dir / "demo.svg").string();
   report.pngPath = (dir / "demo.png").string();
+  report.dxfPath = (dir / "demo.dxf").string();
 
   const std::string path = options.modulePath.empty() ? defaultModulePath() : options.modulePath;
   ModuleSession session(path);
@@ -65,6 +68,7 @@ DemoReport writeDemo(const DemoOptions& options, const custents::render::RenderO
     requireRendered(report.svg, report.svgPath);
     report.png = renderer.renderPng(database.get(), report.pngPath);
     requireRendered(report.png, report.pngPath);
+    saveDrawing(database.get(), report.dxfPath);
   }
   session.close();
   return report;
@@ -94,6 +98,7 @@ int runDemo(const DemoOptions& options) {
             << " primitives)\n";
   std::cout << "Wrote " << report.pngPath << " (" << report.png.width << " x " << report.png.height
             << " px)\n";
+  std::cout << "Wrote " << report.dxfPath << '\n';
   for (const std::string& note : report.svg.notes)
     std::cout << "Note: " << note << '\n';
   return 0;
@@ -120,10 +125,12 @@ countEntitiesByClass(const std::vector<OdDbEntityPtr>& entities) {
 Command addDemoCommand(CLI::App& app) {
   auto options = std::make_shared<DemoOptions>();
   CLI::App* sub = app.add_subcommand(
-      "demo", "Build the sample drawing of survey shapes and write demo.svg and demo.png");
-  sub->add_option("--out", options->outDir,
-                  "Folder for demo.svg and demo.png, created if missing (default: the current "
-                  "folder)");
+      "demo",
+      "Build the sample drawing of survey shapes and write demo.svg, demo.png and demo.dxf");
+  sub->add_option(
+      "--out", options->outDir,
+      "Folder for demo.svg, demo.png and demo.dxf, created if missing (default: the current "
+      "folder)");
   sub->add_option("--module", options->modulePath,
                   "Module file to load (default: CustEnts.tx beside this program)");
   sub->add_option("--width", options->width, "Picture width in pixels")

@@ -11,7 +11,8 @@
 
 /// `custents demo [--out DIR] [--module PATH] [--width W] [--height H]`: loads the module,
 /// builds the sample drawing and writes DIR/demo.svg and DIR/demo.png, so that a person can
-/// see at a glance that the module's shapes draw what they should.
+/// see at a glance that the module's shapes draw what they should, and DIR/demo.dxf, the
+/// drawing itself for the drawing-file commands and other DXF readers.
 Command addDemoCommand(CLI::App& app);
 
 /// How many entities of each class a drawing holds, classes in the order in which their first

@@ -1,6 +1,7 @@
 #include "PropsCommand.h"
 
 #include "ClassReport.h"
+#include "DrawingFile.h"
 #include "ModuleSession.h"
 #include "OdError.h"
 #include "OdVariant.h"
@@ -26,6 +27,8 @@ namespace {
 
 struct PropsOptions {
   std::string modulePath;
+  /// Empty: the built-in sample drawing.
+  std::string input;
   bool json = false;
 };
 
@@ -416,11 +419,23 @@ void printPropertyPagesJson(const std::vector<EntityPage>& pages, std::ostream& 
 Command addPropsCommand(CLI::App& app) {
   auto options = std::make_shared<PropsOptions>();
   CLI::App* sub =
-      app.add_subcommand("props", "Print the property page of every entity of the sample drawing");
+      app.add_subcommand("props", "Print the property page of every entity of a drawing's model "
+                                  "space (the sample drawing unless a DXF file is given)");
   sub->add_option("--module", options->modulePath,
                   "Module file to load (default: CustEnts.tx beside this program)");
+  sub->add_option("drawing", options->input,
+                  "A DXF drawing whose model space to describe (default: the sample drawing)");
   sub->add_flag("--json", options->json, "Write a JSON array instead of tables");
   return Command{sub, [options] {
-                   return runProps(*options, [] { return custents::sample::buildSampleDrawing(); });
+                   if (options->input.empty())
+                     return runProps(*options,
+                                     [] { return custents::sample::buildSampleDrawing(); });
+                   return runProps(*options, [options] {
+                     LoadedDrawing drawing = loadDrawing(options->input);
+                     // The pages go to stdout; what the reader left out is worth a line aside.
+                     for (const std::string& note : drawing.notes)
+                       std::cerr << "custents: note: " << note << '\n';
+                     return drawing.database;
+                   });
                  }};
 }

@@ -13,9 +13,10 @@
 
 class OdVariant;
 
-/// `custents props [--json] [--module PATH]`: loads the module and prints the property page of
-/// every entity of a drawing (for now the built-in sample drawing), exactly as the host's
-/// property grid would ask the entities' property extensions for it.
+/// `custents props [FILE.dxf] [--json] [--module PATH]`: loads the module and prints the
+/// property page of every entity of a drawing's model space (the DXF file, or the built-in
+/// sample drawing without one), exactly as the host's property grid would ask the entities'
+/// property extensions for it.
 Command addPropsCommand(CLI::App& app);
 
 /// Where the entities come from: called with the module loaded; the database it returns is

@@ -1,8 +1,10 @@
 #include "SampleDrawing.h"
 
+#include "BrevantApp.h"
 #include "DbBlockTable.h"
 #include "DbDwgStreamFiler.h"
 #include "DbHatch.h"
+#include "DbMText.h"
 #include "ExtendPE.h"
 #include "Ge/GeMatrix3d.h"
 #include "OdError.h"
@@ -10,10 +12,15 @@
 #include "RxDictionary.h"
 #include "RxObjectImpl.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <filesystem>
 #include <limits>
 #include <stdexcept>
 #include <string>
+
+#include <unistd.h>
 
 namespace custents {
 namespace sample {
@@ -29,6 +36,8 @@ const OdInt16 kTriangleVersion = 1;
 const OdInt16 kPolygonVersion = 1;
 const OdInt16 kMeasurementVersion = 5;
 const int kMaxPolygonSides = 32767;
+const double kCoordinateDimensionVersion = 3.0;
+const double kNewCoordinateDimensionVersion = 1.0;
 
 OdGePoint3d rotateHandleAbove(const OdGePoint3d& center) {
   return OdGePoint3d(center.x, center.y + kRotateHandleRise, center.z);
@@ -50,6 +59,58 @@ ExtendPEPtr shapeExtensionOf(const OdDbEntity* entity) {
                              " has no shape extension to fill it with");
   return extension;
 }
+
+/// The longer of the texts a coordinate dimension fills empty ones in with for startPt ("X="
+/// with x, "Y=" with y, two decimals), in characters.
+int filledInTextLength(const OdGePoint3d& startPt) {
+  OdString x, y;
+  x.format(OD_T("X=%.2f"), startPt.x);
+  y.format(OD_T("Y=%.2f"), startPt.y);
+  return std::max(x.getLength(), y.getLength());
+}
+
+/// Where a coordinate dimension's shoulder ends: level with the bend, reaching
+/// (longest text + 1) x height x 0.75 away from the measured point's side.
+OdGePoint3d shoulderEnd(const OdGePoint3d& startPt, const OdGePoint3d& dimPt, double textHeight) {
+  const double reach = (filledInTextLength(startPt) + 1) * textHeight * 0.75;
+  return OdGePoint3d(dimPt.x >= startPt.x ? dimPt.x + reach : dimPt.x - reach, dimPt.y, dimPt.z);
+}
+
+OdCmColor aciColor(OdUInt16 index) {
+  OdCmColor color;
+  color.setColorIndex(index);
+  return color;
+}
+
+/// The host's profile replaced by a file of its own holding the decimals of measured texts,
+/// as if the user had set them in the host's options; the profile in use before comes back
+/// when the object goes.
+class ScopedMeasuredDecimals {
+public:
+  explicit ScopedMeasuredDecimals(int decimals)
+      : m_previous(TheApp()->profilePath()),
+        m_path((std::filesystem::temp_directory_path() /
+                ("custents-sample-" + std::to_string(getpid()) + ".ini"))
+                   .string()) {
+    TheApp()->setProfilePath(OdString(m_path.c_str()));
+    if (!TheApp()->WriteProfileInt(OD_T("options"), OD_T("dimAccurity"), decimals)) {
+      restore();
+      throw std::runtime_error("cannot write the temporary profile " + m_path);
+    }
+  }
+  ~ScopedMeasuredDecimals() { restore(); }
+  ScopedMeasuredDecimals(const ScopedMeasuredDecimals&) = delete;
+  ScopedMeasuredDecimals& operator=(const ScopedMeasuredDecimals&) = delete;
+
+private:
+  void restore() {
+    TheApp()->setProfilePath(m_previous);
+    std::remove(m_path.c_str());
+  }
+
+  OdString m_previous;
+  std::string m_path;
+};
 
 /// Model space opened for write, for appending.
 OdDbBlockTableRecordPtr openModelSpace(OdDbDatabase* database) {
@@ -169,6 +230,53 @@ EntityRecord measurementRecord(const OdString& text) {
   record.writeFields = [text](OdDbDwgFiler& filer) {
     filer.wrInt16(kMeasurementVersion);
     filer.wrString(text);
+  };
+  return record;
+}
+
+EntityRecord coordinateDimensionRecord(const OdGePoint3d& startPt, const OdGePoint3d& dimPt,
+                                       double textHeight, bool xUp, OdUInt16 lineColor,
+                                       OdUInt16 textColor) {
+  EntityRecord record;
+  record.className = OD_T("OdDbDimCoor");
+  record.writeFields = [=](OdDbDwgFiler& filer) {
+    filer.wrDouble(kCoordinateDimensionVersion);
+    filer.wrPoint3d(startPt);
+    filer.wrPoint3d(dimPt);
+    filer.wrPoint3d(shoulderEnd(startPt, dimPt, textHeight));
+    filer.wrDouble(textHeight);
+    filer.wrDouble(0.0);              // x offset of the texts
+    filer.wrDouble(0.0);              // y offset, kept but not drawn
+    filer.wrDouble(textHeight * 0.2); // gap between shoulder and texts
+    filer.wrBool(xUp);
+    filer.wrString(OdString());
+    filer.wrString(OdString());
+    aciColor(lineColor).dwgOut(&filer);
+    aciColor(textColor).dwgOut(&filer);
+  };
+  return record;
+}
+
+EntityRecord newCoordinateDimensionRecord(const OdGePoint3d& startPt, const OdGePoint3d& dimPt,
+                                          double textHeight, bool xUp, OdUInt16 lineColor,
+                                          OdUInt16 textColor, const OdString& note) {
+  EntityRecord record;
+  record.className = OD_T("OdDbNewDimCoor");
+  record.writeFields = [=](OdDbDwgFiler& filer) {
+    filer.wrDouble(kNewCoordinateDimensionVersion);
+    filer.wrPoint3d(startPt);
+    filer.wrPoint3d(dimPt);
+    filer.wrPoint3d(shoulderEnd(startPt, dimPt, textHeight));
+    filer.wrBool(xUp);
+    aciColor(lineColor).dwgOut(&filer);
+    // The X, Y and note texts, each filed inline in its own layout.
+    for (const OdString& contents : {OdString(), OdString(), note}) {
+      OdDbMTextPtr text = OdDbMText::createObject();
+      text->setContents(contents);
+      text->setTextHeight(textHeight);
+      text->setColorIndex(textColor);
+      text->dwgOutFields(&filer);
+    }
   };
   return record;
 }
@@ -321,6 +429,53 @@ void addSampleEntities(OdDbDatabase* database) {
   {
     OdDbEntityPtr polygon = add(polygonRecord(point(550, 55), point(605, 55), 6), 42);
     dragGrip(polygon.get(), point(605, 55), OdGeVector3d(20.0, 35.0, 0.0));
+  }
+
+  // A fourth row below: coordinate dimensions of both kinds. Each is re-labelled by dragging
+  // its one grip a little, which formats its texts with the decimals set in the host's options.
+  const auto relabel = [&](OdDbEntity* dimension, const OdGePoint3d& measured, int decimals) {
+    ScopedMeasuredDecimals setting(decimals);
+    dragGrip(dimension, measured, OdGeVector3d(5.0, 0.0, 0.0));
+  };
+  {
+    // The older kind, right of its point, survey convention (X shows the northing), no decimals.
+    OdDbEntityPtr dim =
+        add(coordinateDimensionRecord(point(20, -130), point(50, -90), 8.0, true, 3, 5), 3);
+    relabel(dim.get(), point(20, -130), 0);
+  }
+  {
+    // The older kind left of its point, plain axes, three decimals: the texts centre on the
+    // shoulder's far end.
+    OdDbEntityPtr dim =
+        add(coordinateDimensionRecord(point(300, -130), point(280, -90), 8.0, false, 140, 1), 140);
+    relabel(dim.get(), point(300, -130), 3);
+  }
+  {
+    // The newer kind, right of its point, survey convention, three decimals, with a note line.
+    OdDbEntityPtr dim = add(newCoordinateDimensionRecord(point(340, -130), point(360, -90), 7.0,
+                                                         true, 1, 5, OD_T("P1")),
+                            1);
+    relabel(dim.get(), point(340, -130), 3);
+  }
+  {
+    // The newer kind laid out under a UCS turned by 30 degrees, plain axes, no decimals: its
+    // shoulder and texts run along the UCS's x axis. The world system comes back afterwards.
+    const OdGePoint3d ucsOrigin = database->getUCSORG();
+    const OdGeVector3d ucsX = database->getUCSXDIR(), ucsY = database->getUCSYDIR();
+    OdGeVector3d turnedX = OdGeVector3d::kXAxis, turnedY = OdGeVector3d::kYAxis;
+    turnedX.rotateBy(kPi / 6.0, zAxis);
+    turnedY.rotateBy(kPi / 6.0, zAxis);
+    database->setUcs(point(500, -130), turnedX, turnedY);
+    try {
+      OdDbEntityPtr dim = add(newCoordinateDimensionRecord(point(500, -130), point(530, -110), 7.0,
+                                                           false, 6, 6, OD_T("P2")),
+                              6);
+      relabel(dim.get(), point(500, -130), 0);
+    } catch (...) {
+      database->setUcs(ucsOrigin, ucsX, ucsY);
+      throw;
+    }
+    database->setUcs(ucsOrigin, ucsX, ucsY);
   }
 }
 

@@ -1,12 +1,12 @@
 #ifndef CUSTENTS_SAMPLE_DRAWING_H
 #define CUSTENTS_SAMPLE_DRAWING_H
 
-/// The built-in sample drawing: the survey shapes of the CustEnts module in configurations
-/// that show how each one behaves. The application knows the module's classes only through
-/// the run-time class tree, so every entity is made the way a host makes entities of classes
-/// it has no code for: created by class name, filled from a DWG record written in the class's
-/// published layout (exactly what a drawing reader does), and then edited through virtual
-/// operations and the classes' protocol extensions only.
+/// The built-in sample drawing: the survey shapes and the coordinate dimensions of the CustEnts
+/// module in configurations that show how each one behaves. The application knows the module's
+/// classes only through the run-time class tree, so every entity is made the way a host makes
+/// entities of classes it has no code for: created by class name, filled from a DWG record written
+/// in the class's published layout (exactly what a drawing reader does), and then edited through
+/// virtual operations and the classes' protocol extensions only.
 
 #include "DbDatabase.h"
 #include "DbEntity.h"
@@ -75,6 +75,17 @@ EntityRecord triangleRecord(const TriangleShape& shape);
 EntityRecord polygonRecord(const OdGePoint3d& center, const OdGePoint3d& start, int sides);
 /// The invisible carrier of one text of measurement data.
 EntityRecord measurementRecord(const OdString& text);
+/// The older coordinate dimension (OdDbDimCoor) labelling startPt, bent at dimPt: texts of
+/// textHeight left empty, so that the class fills them in until they are re-labelled; xUp
+/// true for the survey convention; lines in ACI lineColor, texts in ACI textColor.
+EntityRecord coordinateDimensionRecord(const OdGePoint3d& startPt, const OdGePoint3d& dimPt,
+                                       double textHeight, bool xUp, OdUInt16 lineColor,
+                                       OdUInt16 textColor);
+/// The newer coordinate dimension (OdDbNewDimCoor), as the older one, with its texts as
+/// multi-line texts and `note` as its third text.
+EntityRecord newCoordinateDimensionRecord(const OdGePoint3d& startPt, const OdGePoint3d& dimPt,
+                                          double textHeight, bool xUp, OdUInt16 lineColor,
+                                          OdUInt16 textColor, const OdString& note);
 
 // Building and editing through the run-time interfaces.
 

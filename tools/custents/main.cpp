@@ -6,8 +6,12 @@
 
 #include "ClassesCommand.h"
 #include "Command.h"
+#include "ConvertCommand.h"
 #include "DemoCommand.h"
+#include "ExplodeCommand.h"
+#include "InfoCommand.h"
 #include "PropsCommand.h"
+#include "RenderCommand.h"
 
 #include "OdError.h"
 
@@ -32,6 +36,10 @@ int main(int argc, char** argv) {
   commands.push_back(addClassesCommand(app));
   commands.push_back(addDemoCommand(app));
   commands.push_back(addPropsCommand(app));
+  commands.push_back(addConvertCommand(app));
+  commands.push_back(addRenderCommand(app));
+  commands.push_back(addInfoCommand(app));
+  commands.push_back(addExplodeCommand(app));
 
   try {
     app.parse(argc, argv);

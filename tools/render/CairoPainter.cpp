@@ -1,5 +1,7 @@
 #include "CairoPainter.h"
 
+#include "GlyphFitter.h"
+
 #include <cairo.h>
 
 #include <cerrno>
@@ -40,7 +42,7 @@ void finish(cairo_t* cr, const ScenePrimitive& primitive) {
   cairo_stroke(cr);
 }
 
-void paintPrimitive(cairo_t* cr, const ScenePrimitive& primitive, const std::string& fontFamily) {
+void paintPrimitive(cairo_t* cr, const ScenePrimitive& primitive, const GlyphFitter& glyphs) {
   cairo_new_path(cr);
   switch (primitive.kind) {
   case ScenePrimitive::kPath:
@@ -57,20 +59,18 @@ void paintPrimitive(cairo_t* cr, const ScenePrimitive& primitive, const std::str
     cairo_close_path(cr);
     finish(cr, primitive);
     break;
-  case ScenePrimitive::kText: {
-    cairo_save(cr);
-    cairo_select_font_face(cr, fontFamily.c_str(), CAIRO_FONT_SLANT_NORMAL,
-                           CAIRO_FONT_WEIGHT_NORMAL);
-    cairo_matrix_t fontMatrix;
-    cairo_matrix_init(&fontMatrix, primitive.fontMatrix[0], primitive.fontMatrix[1],
-                      primitive.fontMatrix[2], primitive.fontMatrix[3], 0.0, 0.0);
-    cairo_set_font_matrix(cr, &fontMatrix);
+  case ScenePrimitive::kText:
     setColor(cr, primitive.color);
-    cairo_move_to(cr, primitive.points[0].x, primitive.points[0].y);
-    cairo_show_text(cr, primitive.text.c_str());
-    cairo_restore(cr);
+    for (const FittedGlyph& fitted : glyphs.fit(primitive)) {
+      cairo_set_font_face(cr, fitted.face);
+      cairo_matrix_t fontMatrix;
+      cairo_matrix_init(&fontMatrix, fitted.matrix[0], fitted.matrix[1], fitted.matrix[2],
+                        fitted.matrix[3], 0.0, 0.0);
+      cairo_set_font_matrix(cr, &fontMatrix);
+      cairo_glyph_t glyph{fitted.index, fitted.origin.x, fitted.origin.y};
+      cairo_show_glyphs(cr, &glyph, 1);
+    }
     break;
-  }
   }
 }
 
@@ -94,8 +94,15 @@ std::string writePng(const RenderScene& scene, const std::string& path) {
     cairo_paint(cr.get());
     cairo_set_line_cap(cr.get(), CAIRO_LINE_CAP_ROUND);
     cairo_set_line_join(cr.get(), CAIRO_LINE_JOIN_ROUND);
+    // Glyphs are placed by their fitted matrices; hinting would move them off their cells.
+    cairo_font_options_t* fontOptions = cairo_font_options_create();
+    cairo_font_options_set_hint_style(fontOptions, CAIRO_HINT_STYLE_NONE);
+    cairo_font_options_set_hint_metrics(fontOptions, CAIRO_HINT_METRICS_OFF);
+    cairo_set_font_options(cr.get(), fontOptions);
+    cairo_font_options_destroy(fontOptions);
+    const GlyphFitter glyphs(scene.fontFamily);
     for (const ScenePrimitive& primitive : scene.primitives)
-      paintPrimitive(cr.get(), primitive, scene.fontFamily);
+      paintPrimitive(cr.get(), primitive, glyphs);
     if (cairo_status(cr.get()) != CAIRO_STATUS_SUCCESS)
       return std::string("cannot paint the picture: ") +
              cairo_status_to_string(cairo_status(cr.get()));

@@ -28,8 +28,10 @@ struct RenderOptions {
   /// How lineweights (hundredths of a millimetre) become pixels: 96 dpi, a screen's nominal
   /// density, so 0.25 mm is about one pixel and 2.11 mm eight.
   double pixelsPerMillimetre = 96.0 / 25.4;
-  /// The font text is drawn with; any font fontconfig can find. DejaVu Sans ships with Debian.
-  std::string fontFamily = "DejaVu Sans";
+  /// The font text is drawn with; any font fontconfig can find. Characters it has no glyph for
+  /// come from the CJK fallback font (GlyphFitter.h), which is also the default: it covers
+  /// Latin and Chinese, Japanese and Korean (Debian's fonts-wqy-microhei).
+  std::string fontFamily = "WenQuanYi Micro Hei";
 
   /// Empty when the options can make a picture, otherwise what is wrong with them.
   std::string validate() const;

@@ -28,6 +28,18 @@ struct PixelPoint {
   double y = 0.0;
 };
 
+/// One character of a text: the cell the platform's text metrics give it along the baseline.
+/// Cells are in text heights times the width factor, so they line up with the text's box.
+struct SceneGlyph {
+  /// The character as UTF-8 (one code point).
+  std::string utf8;
+  double cellStart = 0.0;
+  double cellWidth = 0.0;
+  /// Drawn in a square cell (CJK, kana, hangul, full-width forms): the ideograph is fitted to
+  /// the cell's height rather than the capitals.
+  bool fullWidth = false;
+};
+
 struct ScenePrimitive {
   /// Path: an open or closed run of segments (polylines, arcs, lines). Polygon: a closed
   /// outline drawn with polygon(). Circle: a true circle on screen. Text: one line of text.
@@ -44,10 +56,15 @@ struct ScenePrimitive {
   Rgb color;
   /// Stroke width in pixels.
   double lineWidth = 1.0;
-  /// Text: the UTF-8 string and the linear map from glyph space of a one-unit font (x along
-  /// the baseline, y down) to pixels, as cairo's font matrix {xx, yx, xy, yy}.
+  /// Text: the UTF-8 string, its characters' cells, and the text's frame in pixels: textAlong
+  /// is one height times the width factor along the baseline, textUp the cap height up
+  /// (slanted by the oblique angle). The box of the text is points[0] + u textAlong + v textUp
+  /// for u in [0, textAdvance] and v in [0, 1].
   std::string text;
-  double fontMatrix[4] = {1.0, 0.0, 0.0, 1.0};
+  std::vector<SceneGlyph> glyphs;
+  double textAdvance = 0.0;
+  PixelPoint textAlong;
+  PixelPoint textUp;
 };
 
 struct RenderScene {

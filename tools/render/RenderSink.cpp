@@ -1,6 +1,7 @@
 #include "RenderSink.h"
 
 #include "DbEntity.h"
+#include "GiTextMetrics.h"
 #include "Ge/GePoint2d.h"
 #include "OdString.h"
 
@@ -18,9 +19,6 @@ constexpr double kPi = 3.14159265358979323846;
 constexpr double kCurveTolerancePixels = 0.25;
 /// More segments than this per arc would not show and only make files large.
 constexpr int kMaxArcSegments = 4096;
-/// Text heights are cap heights; the font size is the em, which is this much larger. DejaVu
-/// Sans has capitals 1493 of 2048 units tall.
-constexpr double kCapHeightPerEm = 1493.0 / 2048.0;
 /// The steepest slant drawn, as CAD programs limit it (85 degrees).
 constexpr double kMaxOblique = 85.0 * kPi / 180.0;
 
@@ -33,8 +31,7 @@ bool isDrawable(const ScenePrimitive& primitive) {
     return false;
   if (!std::all_of(primitive.points.begin(), primitive.points.end(), isFinite))
     return false;
-  return std::all_of(std::begin(primitive.fontMatrix), std::end(primitive.fontMatrix),
-                     [](double value) { return std::isfinite(value); });
+  return isFinite(primitive.textAlong) && isFinite(primitive.textUp);
 }
 
 int arcSegments(double radiusPixels, double sweep) {
@@ -43,6 +40,54 @@ int arcSegments(double radiusPixels, double sweep) {
   const double step = 2.0 * std::acos(1.0 - kCurveTolerancePixels / radiusPixels);
   const double segments = std::ceil(std::fabs(sweep) / step);
   return static_cast<int>(std::min<double>(std::max(segments, 1.0), kMaxArcSegments));
+}
+
+bool isHighSurrogate(OdChar c) {
+  return c >= 0xD800 && c <= 0xDBFF;
+}
+bool isLowSurrogate(OdChar c) {
+  return c >= 0xDC00 && c <= 0xDFFF;
+}
+
+/// The characters of a line with the cells the text metrics give them, in heights times the
+/// width factor; advance is the whole line's. Each character is measured on its own through the
+/// installed line-width rule and the cells are scaled to add up to the line's advance, so an
+/// application's own rule places the glyphs as it places the box.
+std::vector<SceneGlyph> textCells(const OdString& text, double height, double width,
+                                  double& advance) {
+  std::vector<SceneGlyph> glyphs;
+  const double unit = height * width;
+  advance = odgiTextLineWidth(text, height, width) / unit;
+  double sum = 0.0;
+  const int length = text.getLength();
+  for (int i = 0; i < length; ++i) {
+    OdUInt32 codePoint = text.getAt(i);
+    int units = 1;
+    if (isHighSurrogate(text.getAt(i)) && i + 1 < length && isLowSurrogate(text.getAt(i + 1))) {
+      codePoint = 0x10000 + ((codePoint - 0xD800) << 10) + (text.getAt(i + 1) - 0xDC00u);
+      units = 2;
+    }
+    const OdString piece(text.c_str() + i, units);
+    i += units - 1;
+    SceneGlyph glyph;
+    glyph.utf8 = piece.toUtf8();
+    glyph.cellStart = sum;
+    glyph.cellWidth = odgiTextLineWidth(piece, height, width) / unit;
+    glyph.fullWidth = odgiIsFullWidth(codePoint);
+    sum += glyph.cellWidth;
+    glyphs.push_back(std::move(glyph));
+  }
+  if (!std::isfinite(advance) || !std::isfinite(sum) || !(sum > 0.0)) {
+    advance = 0.0;
+    glyphs.clear();
+    return glyphs;
+  }
+  const double scale = advance / sum;
+  for (SceneGlyph& glyph : glyphs) {
+    glyph.cellStart *= scale;
+    glyph.cellWidth *= scale;
+  }
+  return glyphs;
 }
 
 } // namespace
@@ -193,21 +238,21 @@ void RenderSink::text(const OdGePoint3d& position, const OdGeVector3d& normal,
   if (!(width > 0.0) || !std::isfinite(width))
     width = 1.0;
   oblique = std::max(-kMaxOblique, std::min(kMaxOblique, oblique));
-  const double em = height / kCapHeightPerEm;
-  // Glyph space has y down; the slant moves points right as they rise.
-  const PixelPoint glyphX = vectorToPixels(along * (em * width));
-  const PixelPoint glyphY = vectorToPixels((up + along * std::tan(oblique)) * -em);
-  // Text seen edge-on has no area to draw into.
-  if (std::fabs(glyphX.x * glyphY.y - glyphX.y * glyphY.x) < 1e-12)
-    return;
   ScenePrimitive primitive;
   primitive.kind = ScenePrimitive::kText;
+  primitive.textAlong = vectorToPixels(along * (height * width));
+  primitive.textUp = vectorToPixels((up + along * std::tan(oblique)) * height);
+  // Text seen edge-on has no area to draw into.
+  const double area =
+      primitive.textAlong.x * primitive.textUp.y - primitive.textAlong.y * primitive.textUp.x;
+  if (!(std::fabs(area) >= 1e-12))
+    return;
+  primitive.glyphs = textCells(msg, height, width, primitive.textAdvance);
+  // Only control characters, or a line-width rule that gives the line no width: no box.
+  if (primitive.glyphs.empty())
+    return;
   primitive.points.push_back(toPixels(position));
   primitive.text = msg.toUtf8();
-  primitive.fontMatrix[0] = glyphX.x;
-  primitive.fontMatrix[1] = glyphX.y;
-  primitive.fontMatrix[2] = glyphY.x;
-  primitive.fontMatrix[3] = glyphY.y;
   primitive.filled = true;
   commit(std::move(primitive));
 }

@@ -18,12 +18,14 @@ namespace render {
 /// Primitives are projected onto the world XY plane through the model transforms in force.
 /// Circles that stay circles on screen become scene circles; arcs, and circles seen at an
 /// angle, become paths traced within a quarter pixel. Polygons, circles and closed arcs
-/// (sector, chord) are filled while the fill type is kOdGiFillAlways. Text is placed with its
-/// height as the font's cap height. Xlines and rays are cut where they leave the picture.
+/// (sector, chord) are filled while the fill type is kOdGiFillAlways. Text keeps the box the
+/// platform's text metrics give it: each character gets its metric cell, and the painters fit
+/// the glyphs into the cells (GlyphFitter.h). Xlines and rays are cut where they leave the picture.
 ///
 /// Refusals (nothing drawn) follow the platform's other sinks: no vertices, a negative or
 /// non-finite radius, a zero normal, a start vector or text direction with no component in
-/// the plane, collinear points for a three-point circle; and text with no height or no string.
+/// the plane, collinear points for a three-point circle; and text with no height, no string or no
+/// advance (control characters only).
 /// A pop without a push is ignored.
 class RenderSink : public OdGiBaseSink {
 public:

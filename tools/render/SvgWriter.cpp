@@ -1,5 +1,8 @@
 #include "SvgWriter.h"
 
+#include "GlyphFitter.h"
+
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -98,18 +101,34 @@ void writeCircle(const ScenePrimitive& primitive, std::string& out) {
          paint(primitive) + "/>\n";
 }
 
-void writeText(const ScenePrimitive& primitive, std::string& out) {
-  // The font size is the matrix's own scale, so viewers that round small font sizes see a
-  // natural one; the rest of the matrix turns, stretches and slants it.
-  const double* m = primitive.fontMatrix;
+/// The text in the frame its box gives it: the font size makes the capitals as tall as the
+/// box (for the chosen font), and textLength squeezes or stretches the line to the box's length,
+/// so any viewer's glyphs cover the box the drawing's extents count. The transform turns,
+/// stretches and slants it; its linear part is normalised so viewers that round small font
+/// sizes see a natural one.
+void writeText(const ScenePrimitive& primitive, double emPerCapHeight, std::string& out) {
+  const PixelPoint& along = primitive.textAlong;
+  const PixelPoint& up = primitive.textUp;
+  const double m[4] = {emPerCapHeight * along.x, emPerCapHeight * along.y, -emPerCapHeight * up.x,
+                       -emPerCapHeight * up.y};
   const double size = std::sqrt(std::fabs(m[0] * m[3] - m[1] * m[2]));
-  if (!(size > 0.0))
+  if (!(size > 0.0) || !std::isfinite(size))
     return;
-  out += "<text x=\"0\" y=\"0\" font-size=\"" + number(size) + "\" transform=\"matrix(" +
-         number(m[0] / size) + " " + number(m[1] / size) + " " + number(m[2] / size) + " " +
-         number(m[3] / size) + " " + number(primitive.points[0].x) + " " +
-         number(primitive.points[0].y) + ")\" fill=\"" + hexColor(primitive.color) +
-         "\" xml:space=\"preserve\">" + escapeXml(primitive.text) + "</text>\n";
+  const double length = primitive.textAdvance * size / emPerCapHeight;
+  out += "<text x=\"0\" y=\"0\" font-size=\"" + number(size) + "\" textLength=\"" + number(length) +
+         "\" lengthAdjust=\"spacingAndGlyphs\" transform=\"matrix(" + number(m[0] / size) + " " +
+         number(m[1] / size) + " " + number(m[2] / size) + " " + number(m[3] / size) + " " +
+         number(primitive.points[0].x) + " " + number(primitive.points[0].y) + ")\" fill=\"" +
+         hexColor(primitive.color) + "\" xml:space=\"preserve\">" + escapeXml(primitive.text) +
+         "</text>\n";
+}
+
+/// The chosen font first, then the CJK fallback the PNG painter uses, then the viewer's own.
+std::string fontFamilies(const std::string& family) {
+  std::string list = "'" + family + "'";
+  if (family != kCjkFallbackFamily)
+    list += ", '" + std::string(kCjkFallbackFamily) + "'";
+  return list + ", sans-serif";
 }
 
 } // namespace
@@ -124,7 +143,11 @@ std::string writeSvg(const RenderScene& scene) {
   out += "<rect x=\"0\" y=\"0\" width=\"" + width + "\" height=\"" + height + "\" fill=\"" +
          hexColor(scene.background) + "\"/>\n";
   out += "<g stroke-linecap=\"round\" stroke-linejoin=\"round\" font-family=\"" +
-         escapeXml(scene.fontFamily) + "\">\n";
+         escapeXml(fontFamilies(scene.fontFamily)) + "\">\n";
+  const bool hasText = std::any_of(
+      scene.primitives.begin(), scene.primitives.end(),
+      [](const ScenePrimitive& primitive) { return primitive.kind == ScenePrimitive::kText; });
+  const double emPerCapHeight = hasText ? GlyphFitter(scene.fontFamily).emPerCapHeight() : 1.0;
   for (const ScenePrimitive& primitive : scene.primitives) {
     switch (primitive.kind) {
     case ScenePrimitive::kPath:
@@ -137,7 +160,7 @@ std::string writeSvg(const RenderScene& scene) {
       writeCircle(primitive, out);
       break;
     case ScenePrimitive::kText:
-      writeText(primitive, out);
+      writeText(primitive, emPerCapHeight, out);
       break;
     }
   }
