@@ -214,7 +214,8 @@ TEST_F(SampleDrawingTest, SampleDrawingHoldsEveryShapeKind) {
   }
   const std::vector<std::pair<std::string, std::size_t>> expected = {
       {"OdDbGeoRect", 4}, {"OdDbGeo3dRect", 1},  {"OdDbGeoTriangle", 2}, {"OdDbHatch", 2},
-      {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4}, {"OdDbDimCoor", 2},  {"OdDbNewDimCoor", 2}};
+      {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4}, {"OdDbDimCoor", 2},  {"OdDbNewDimCoor", 2},
+      {"OdDbMText", 1}};
   using CountSet = std::set<std::pair<std::string, std::size_t>>;
   EXPECT_EQ(CountSet(counts.begin(), counts.end()), CountSet(expected.begin(), expected.end()));
   EXPECT_EQ(counts.size(), expected.size()) << "a class listed twice";
@@ -273,6 +274,10 @@ TEST(DemoCommand, PictureShowsEveryShapeInItsColourAndTheSolidFill) {
     if (cls == "OdDbMesuarData") {
       // The measurement data is invisible: nothing in its colour.
       EXPECT_EQ(svg.find(hex), std::string::npos);
+    } else if (cls == "OdDbMText") {
+      // The caption, in the colour that contrasts with the background: its words are there.
+      EXPECT_NE(svg.find(u8"坐标标注"), std::string::npos);
+      EXPECT_NE(svg.find(u8"X 为北坐标"), std::string::npos);
     } else if (cls == "OdDbHatch" &&
                colorRow["valueText"].GetString() == std::string("0xC2FFC850 RGB(255,200,80)")) {
       EXPECT_NE(svg.find(std::string("fill=\"") + hex + "\""), std::string::npos);

@@ -440,19 +440,19 @@ void addSampleEntities(OdDbDatabase* database) {
   {
     // The older kind, right of its point, survey convention (X shows the northing), no decimals.
     OdDbEntityPtr dim =
-        add(coordinateDimensionRecord(point(20, -130), point(50, -90), 8.0, true, 3, 5), 3);
+        add(coordinateDimensionRecord(point(20, -130), point(50, -90), 10.0, true, 3, 5), 3);
     relabel(dim.get(), point(20, -130), 0);
   }
   {
     // The older kind left of its point, plain axes, three decimals: the texts centre on the
     // shoulder's far end.
     OdDbEntityPtr dim =
-        add(coordinateDimensionRecord(point(300, -130), point(280, -90), 8.0, false, 140, 1), 140);
+        add(coordinateDimensionRecord(point(300, -130), point(280, -90), 10.0, false, 140, 1), 140);
     relabel(dim.get(), point(300, -130), 3);
   }
   {
     // The newer kind, right of its point, survey convention, three decimals, with a note line.
-    OdDbEntityPtr dim = add(newCoordinateDimensionRecord(point(340, -130), point(360, -90), 7.0,
+    OdDbEntityPtr dim = add(newCoordinateDimensionRecord(point(340, -130), point(360, -90), 9.0,
                                                          true, 1, 5, OD_T("P1")),
                             1);
     relabel(dim.get(), point(340, -130), 3);
@@ -467,7 +467,7 @@ void addSampleEntities(OdDbDatabase* database) {
     turnedY.rotateBy(kPi / 6.0, zAxis);
     database->setUcs(point(500, -130), turnedX, turnedY);
     try {
-      OdDbEntityPtr dim = add(newCoordinateDimensionRecord(point(500, -130), point(530, -110), 7.0,
+      OdDbEntityPtr dim = add(newCoordinateDimensionRecord(point(500, -130), point(530, -110), 9.0,
                                                            false, 6, 6, OD_T("P2")),
                               6);
       relabel(dim.get(), point(500, -130), 0);
@@ -476,6 +476,18 @@ void addSampleEntities(OdDbDatabase* database) {
       throw;
     }
     database->setUcs(ucsOrigin, ucsX, ucsY);
+  }
+  {
+    // A caption over the row, a standard multi-line text in Chinese: the drawing's one
+    // paragraph break and its CJK glyphs show that texts reach the pictures and the files.
+    OdDbMTextPtr caption = OdDbMText::createObject();
+    caption->setDatabaseDefaults(database);
+    caption->setLocation(point(20, -40));
+    caption->setTextHeight(9.0);
+    caption->setAttachment(OdDbMText::kTopLeft);
+    caption->setContents(OD_T("坐标标注\\P{\\H0.8x;X 为北坐标，Y 为东坐标}"));
+    caption->setColorIndex(7);
+    modelSpace->appendOdDbEntity(caption.get());
   }
 }
 
