@@ -68,14 +68,14 @@ TEST_F(PropertyContract, DisplayNamesOfTheEntities) {
   struct Row {
     const char16_t* className;
     const char16_t* displayName;
-  } rows[] = {{u"OdDbDimCoor", u"坐标标注"},   {u"OdDbGeoRect", u"矩形"},
-              {u"OdDbGeo3dRect", u"矩形"},     {u"OdDbGeoTriangle", u"三角形"},
-              {u"OdDbGeoPolygon", u"多边形"},  {u"DecorationPipe", u"水管"},
+  } rows[] = {{u"OdDbDimCoor", u"坐标标注"},     {u"OdDbGeoRect", u"矩形"},
+              {u"OdDbGeo3dRect", u"矩形"},       {u"OdDbGeoTriangle", u"三角形"},
+              {u"OdDbGeoPolygon", u"多边形"},    {u"DecorationPipe", u"水管"},
               {u"DecorationPipeHot", u"热水管"}, {u"DbPipeWireway", u"管线"},
-              {u"DbCoverPolyLine", u"多段线"}, {u"OdDbPipeLine", u"防护管线"},
-              {u"OdDbFreePen", u"手绘线"},     {u"OdDbCompass", u"指北针"},
+              {u"DbCoverPolyLine", u"多段线"},   {u"OdDbPipeLine", u"防护管线"},
+              {u"OdDbFreePen", u"手绘线"},       {u"OdDbCompass", u"指北针"},
               {u"OdDbBuildHeight", u"标高标注"}, {u"OdDbSymmetryAxis", u"对称轴"},
-              {u"OdDb3dArrow", u"箭头"},       {u"OdDbDivPoint", u"点"}};
+              {u"OdDb3dArrow", u"箭头"},         {u"OdDbDivPoint", u"点"}};
   for (const Row& row : rows) {
     OdDbEntityPtr entity = addEntity(row.className);
     EXPECT_EQ(extensionOf(row.className)->getEntityName(entity), OdString(row.displayName))
@@ -83,63 +83,12 @@ TEST_F(PropertyContract, DisplayNamesOfTheEntities) {
   }
 }
 
-TEST_F(PropertyContract, WrongEntityClassRaisesNotThatKindOfClass) {
-  PropertyPEPtr rect = extensionOf(OD_T("OdDbGeoRect"));
-  OdDbEntityPtr triangle = addEntity(OD_T("OdDbGeoTriangle"));
-  OdVariant colour;
-  colour.setInt32(static_cast<OdInt32>(0xC3000001));
-  for (int group : {0, 1}) {
-    try {
-      rect->getPropAttributeByeId(triangle, group, 0);
-      ADD_FAILURE() << "get in group " << group;
-    } catch (const OdError_NotThatKindOfClass& err) {
-      EXPECT_EQ(err.objectClass(), odrxGetClass(OD_T("OdDbGeoTriangle")));
-      EXPECT_EQ(err.wantedClass(), odrxGetClass(OD_T("OdDbGeoRect")));
-    }
-    EXPECT_THROW(rect->setPropAttributeByeId(triangle, colour, group, 0), OdError_NotThatKindOfClass);
-  }
-  // A class derived from the extension's class is accepted: the hot pipe on the pipe's page.
+TEST_F(PropertyContract, ClassesDerivedFromTheExtensionsClassAreAccepted) {
+  // The hot pipe on the pipe's page; other classes are refused (each page's own tests).
   OdDbEntityPtr hot = addEntity(OD_T("DecorationPipeHot"));
   EXPECT_NO_THROW(extensionOf(OD_T("DecorationPipe"))->getPropAttributeByeId(hot, 0, 0));
-}
-
-TEST_F(PropertyContract, NullEntityReadsEmptyAndCannotBeSet) {
-  PropertyPEPtr pe = extensionOf(OD_T("OdDbGeoRect"));
-  const propAttribute record = pe->getPropAttributeByeId(nullptr, 0, 0);
-  EXPECT_TRUE(record.name.isEmpty());
-  EXPECT_TRUE(record.tip.isEmpty());
-  EXPECT_EQ(record.value.type(), OdVariant::kVoid);
-  OdVariant value;
-  value.setInt32(1);
-  EXPECT_FALSE(pe->setPropAttributeByeId(nullptr, value, 0, 0));
-}
-
-TEST_F(PropertyContract, SetsCommonRowsAndRefusesWrongValueTypes) {
-  PropertyPEPtr pe = extensionOf(OD_T("OdDbGeoRect"));
-  OdDbEntityPtr rect = addEntity(OD_T("OdDbGeoRect"));
-  const OdUInt32 red = 0xC3000001;
-
-  OdVariant asString;
-  asString.setString(OD_T("1"));
-  EXPECT_FALSE(pe->setPropAttributeByeId(rect, asString, 0, 0));
-  EXPECT_TRUE(rect->color().isByLayer());
-
-  OdVariant colour;
-  colour.setInt32(static_cast<OdInt32>(red));
-  EXPECT_TRUE(pe->setPropAttributeByeId(rect, colour, 0, 0));
-  EXPECT_EQ(rect->color().color(), red);
-
-  struct Unknown {
-    int group;
-    int row;
-  } unknown[] = {{0, 5}, {0, 99}, {7, 3}, {-1, 0}};
-  for (const Unknown& place : unknown) {
-    OdVariant blue;
-    blue.setInt32(static_cast<OdInt32>(0xC3000005));
-    EXPECT_TRUE(pe->setPropAttributeByeId(rect, blue, place.group, place.row))
-        << place.group << "/" << place.row;
-    EXPECT_EQ(rect->color().color(), red);
-  }
+  EXPECT_THROW(extensionOf(OD_T("OdDbGeoRect"))->getPropAttributeByeId(hot, 0, 0),
+               OdError_NotThatKindOfClass);
 }
 
 TEST_F(PropertyContract, DimensionMenuCopiesTheHostEntriesInOrderAndSkipsMissingIds) {
@@ -171,7 +120,8 @@ TEST_F(PropertyContract, DimensionMenuCopiesTheHostEntriesInOrderAndSkipsMissing
 }
 
 TEST_F(PropertyContract, TextEditingCallbacksClaimNoEntityYet) {
-  for (const char16_t* name : {u"OdDbAnnotate", u"OdDbDimCoor", u"OdDbNewDimCoor", u"OdDbGeoRect"}) {
+  for (const char16_t* name :
+       {u"OdDbAnnotate", u"OdDbDimCoor", u"OdDbNewDimCoor", u"OdDbGeoRect"}) {
     OdDbEntityPtr entity = addEntity(name);
     OdSmartPtr<OdDbEntity> text;
     int kind = 7;

@@ -4,6 +4,7 @@
 // Helpers shared by the tests of the triangle and the polygon: DWG streams as hex text, streams
 // cut short, grips by index.
 
+#include "DbBitStream.h"
 #include "DbDwgStreamFiler.h"
 #include "DbEntity.h"
 #include "RxObjectImpl.h"
@@ -12,6 +13,7 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace polygontest {
 
@@ -29,6 +31,25 @@ inline std::string dwgHex(const OdDbObject* object) {
     hex += digits;
   }
   return hex + "/" + std::to_string(filer.dataBitSize());
+}
+
+/// The bits from `startBit` to the end of a stream, packed again from the first byte, in hex:
+/// a class's own record after its base's data.
+inline std::string hexOfBits(const OdUInt8Array& bytes, OdUInt64 bitSize, OdUInt64 startBit) {
+  OdDbBitStream in;
+  in.assign(bytes, bitSize);
+  in.setPosition(startBit);
+  OdDbBitStream out;
+  bool bit = false;
+  while (in.readBit(bit))
+    out.writeBit(bit);
+  std::string hex;
+  char digits[3];
+  for (OdUInt8 byte : out.bytes()) {
+    std::snprintf(digits, sizeof digits, "%02x", byte);
+    hex += digits;
+  }
+  return hex;
 }
 
 /// Writes `source` and reads it into `target`, the way copies are made.
@@ -86,6 +107,13 @@ inline ::testing::AssertionResult samePoint(const OdGePoint3d& actual, const OdG
   return ::testing::AssertionFailure()
          << "(" << actual.x << ", " << actual.y << ", " << actual.z << ") is not (" << expected.x
          << ", " << expected.y << ", " << expected.z << ")";
+}
+
+/// `actual` holds exactly `expected`, in order.
+inline void expectPoints(const OdGePoint3dArray& actual, const std::vector<OdGePoint3d>& expected) {
+  ASSERT_EQ(actual.size(), expected.size());
+  for (unsigned int i = 0; i < actual.size(); ++i)
+    EXPECT_TRUE(samePoint(actual[i], expected[i])) << "point " << i;
 }
 
 } // namespace polygontest

@@ -2,37 +2,16 @@
 
 #include "survey/OdDbMesuarData.h"
 
-#include "DbBitStream.h"
 #include "DbDatabase.h"
-#include "DbDwgStreamFiler.h"
 #include "Gi/GiRecorder.h"
-#include "RxObjectImpl.h"
 
-#include <gtest/gtest.h>
+#include "GeoPolygonTestSupport.h"
 
-#include <cstdio>
-#include <string>
 #include <vector>
 
 namespace {
 
-/// The bits from `startBit` to the end of a stream, packed again from the first byte, in hex.
-std::string hexOfBits(const OdUInt8Array& bytes, OdUInt64 bitSize, OdUInt64 startBit) {
-  OdDbBitStream in;
-  in.assign(bytes, bitSize);
-  in.setPosition(startBit);
-  OdDbBitStream out;
-  bool bit = false;
-  while (in.readBit(bit))
-    out.writeBit(bit);
-  std::string hex;
-  char digits[3];
-  for (OdUInt8 byte : out.bytes()) {
-    std::snprintf(digits, sizeof digits, "%02x", byte);
-    hex += digits;
-  }
-  return hex;
-}
+using polygontest::hexOfBits;
 
 /// A record as the class writes it, but with the given version.
 void writeRecord(OdDbDwgStreamFiler& filer, OdInt16 version, const OdString& text) {
@@ -45,15 +24,18 @@ void writeRecord(OdDbDwgStreamFiler& filer, OdInt16 version, const OdString& tex
 }
 
 TEST(MesuarData, IsRegisteredUnderTheEntityClassWithoutExtensions) {
-  ASSERT_NE(OdDbMesuarData::desc(), nullptr);
   EXPECT_EQ(OdDbMesuarData::desc()->myParent(), OdDbEntity::desc());
   EXPECT_TRUE(OdDbMesuarData::desc()->dxfName() == OdString(u"ODDBMESUARDATA"));
   EXPECT_TRUE(OdDbMesuarData::desc()->extensionClasses().isEmpty());
 }
 
-TEST(MesuarData, ShowsAndOffersNothing) {
+TEST(MesuarData, ShowsOffersAndChangesNothing) {
   OdDbMesuarDataPtr data = OdDbMesuarData::createObject();
   EXPECT_TRUE(data->data.isEmpty());
+  data->data = OdString(u"高程 12.5");
+  OdStaticRxObject<OdDbDwgStreamFiler> before, after;
+  before.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  data->dwgOutFields(&before);
 
   OdGiRecorder recorder;
   EXPECT_TRUE(data->worldDraw(&recorder));
@@ -74,21 +56,11 @@ TEST(MesuarData, ShowsAndOffersNothing) {
   EXPECT_TRUE(grips.isEmpty());
   EXPECT_TRUE(points.isEmpty());
   EXPECT_TRUE(pieces.isEmpty());
-}
 
-TEST(MesuarData, EditsSucceedAndChangeNothing) {
-  OdDbMesuarDataPtr data = OdDbMesuarData::createObject();
-  data->data = OdString(u"高程 12.5");
-  OdStaticRxObject<OdDbDwgStreamFiler> before, after;
-  before.openForWrite(nullptr, OdDbFiler::kCopyFiler);
-  data->dwgOutFields(&before);
-
-  EXPECT_EQ(data->transformBy(OdGeMatrix3d::rotation(1.0, OdGeVector3d::kZAxis)), eOk);
   EXPECT_EQ(data->transformBy(OdGeMatrix3d::scaling(3.0)), eOk);
-  EXPECT_EQ(data->transformBy(OdGeMatrix3d::translation(OdGeVector3d(1, 2, 3))), eOk);
-  OdDbVoidPtrArray grips;
-  grips.append(nullptr);
-  EXPECT_EQ(data->moveGripPointsAt(grips, OdGeVector3d(1, 0, 0), 0), eOk);
+  OdDbVoidPtrArray tags;
+  tags.append(nullptr);
+  EXPECT_EQ(data->moveGripPointsAt(tags, OdGeVector3d(1, 0, 0), 0), eOk);
   EXPECT_EQ(data->moveGripPointsAt(OdIntArray{0}, OdGeVector3d(1, 0, 0)), eOk);
   EXPECT_EQ(data->moveStretchPointsAt(OdIntArray{0}, OdGeVector3d(1, 0, 0)), eOk);
 
@@ -123,7 +95,7 @@ TEST(MesuarData, OtherVersionsAreReadButDropTheText) {
     OdInt16 version;
     const char16_t* expected;
   };
-  const Case cases[] = {{5, u"A"}, {4, u""}, {6, u""}, {0, u""}, {-5, u""}};
+  const Case cases[] = {{5, u"A"}, {4, u""}, {6, u""}};
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << "version " << c.version);
     OdStaticRxObject<OdDbDwgStreamFiler> filer;
