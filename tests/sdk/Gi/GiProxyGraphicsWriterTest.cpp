@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -18,7 +17,7 @@
 #include <functional>
 #include <limits>
 #include <map>
-#include <stdexcept>
+#include <sstream>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -447,28 +446,32 @@ TEST(GiProxyGraphicsWriter, ModelTransformsAreAppliedToTheCoordinates) {
   EXPECT_EQ(writer.getModelToWorldTransform(), OdGeMatrix3d());
 }
 
-TEST(GiProxyGraphicsWriter, MirroringFlipsTheNormalAndKeepsArcsCounterClockwise) {
-  Writer writer;
-  writer.pushModelTransform(scaling(-1, 1, 1));
-  writer.circularArc(OdGePoint3d(), 2, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, OdaPI / 2);
-  const std::vector<Command> p = primitivesOf(writer);
-  ASSERT_EQ(p.size(), 1u);
-  ASSERT_EQ(p[0].opcode, Writer::kCircularArc);
-  // From (-2,0) to (0,2) seen from -Z is counter-clockwise about (0,0,-1).
-  EXPECT_NEAR(f64At(p[0].payload, 48), -1, 1e-12);
-  EXPECT_NEAR(f64At(p[0].payload, 56), -1, 1e-12); // start vector (-1,0,0)
-  EXPECT_NEAR(f64At(p[0].payload, 80), OdaPI / 2, 1e-12);
-}
-
-TEST(GiProxyGraphicsWriter, ClockwiseArcsAreWrittenFromTheirOtherEnd) {
-  Writer writer;
-  writer.circularArc(OdGePoint3d(10, 0, 0), 2, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis,
-                     -OdaPI / 2);
-  const std::vector<Command> p = primitivesOf(writer);
-  ASSERT_EQ(p.size(), 1u);
-  EXPECT_NEAR(f64At(p[0].payload, 56), 0, 1e-12); // start vector (0,-1,0)
-  EXPECT_NEAR(f64At(p[0].payload, 64), -1, 1e-12);
-  EXPECT_NEAR(f64At(p[0].payload, 80), OdaPI / 2, 1e-12);
+TEST(GiProxyGraphicsWriter, ArcsAreWrittenCounterClockwiseAboutTheirNormal) {
+  const struct {
+    const char* name;
+    OdGeMatrix3d xform;
+    double sweep;
+    double normalZ;
+    double startX, startY; // unit start vector written
+  } cases[] = {
+      // From (-2,0) to (0,2) seen from -Z is counter-clockwise about (0,0,-1).
+      {"mirrored", scaling(-1, 1, 1), OdaPI / 2, -1, -1, 0},
+      // A clockwise arc is written from its other end.
+      {"clockwise", OdGeMatrix3d(), -OdaPI / 2, 1, 0, -1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    Writer writer;
+    writer.pushModelTransform(c.xform);
+    writer.circularArc(OdGePoint3d(), 2, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, c.sweep);
+    const std::vector<Command> p = primitivesOf(writer);
+    ASSERT_EQ(p.size(), 1u);
+    ASSERT_EQ(p[0].opcode, Writer::kCircularArc);
+    EXPECT_NEAR(f64At(p[0].payload, 48), c.normalZ, 1e-12);
+    EXPECT_NEAR(f64At(p[0].payload, 56), c.startX, 1e-12);
+    EXPECT_NEAR(f64At(p[0].payload, 64), c.startY, 1e-12);
+    EXPECT_NEAR(f64At(p[0].payload, 80), OdaPI / 2, 1e-12);
+  }
 }
 
 TEST(GiProxyGraphicsWriter, DistortingTransformsTurnCirclesIntoOutlines) {
@@ -718,148 +721,19 @@ TEST_F(ProxyWriterEntityTest, DrawTakesTheEntitysTraitsAndFallsBackToViewportDra
 // ---------------------------------------------------------------------------------------------
 // What ezdxf, an independent reader, makes of the bytes.
 
-/// Just enough JSON for the checker's output: strings come \u-escaped (UTF-16 units).
-struct Json {
-  enum Type { kNull, kBool, kNumber, kString, kArray, kObject } type = kNull;
-  double number = 0;
-  std::u16string string;
-  std::vector<Json> items;
-  std::map<std::string, Json> members;
+/// The checker's "key value" lines, keyed by their dotted path.
+typedef std::map<std::string, std::string> Fields;
 
-  const Json& operator[](const std::string& key) const {
-    auto it = members.find(key);
-    if (it == members.end())
-      throw std::runtime_error("no member " + key);
-    return it->second;
+Fields fieldsOf(const std::string& output) {
+  Fields fields;
+  std::istringstream lines(output);
+  std::string line;
+  while (std::getline(lines, line)) {
+    const std::size_t space = line.find(' ');
+    fields[line.substr(0, space)] = space == std::string::npos ? "" : line.substr(space + 1);
   }
-  const Json& operator[](std::size_t index) const { return items.at(index); }
-  bool has(const std::string& key) const { return members.count(key) != 0; }
-  std::string utf8() const { return OdString(string).toUtf8(); }
-};
-
-class JsonParser {
-public:
-  explicit JsonParser(const std::string& text) : m_text(text) {}
-  Json parse() {
-    Json value = parseValue();
-    skipSpace();
-    if (m_at != m_text.size())
-      throw std::runtime_error("trailing text");
-    return value;
-  }
-
-private:
-  void skipSpace() {
-    while (m_at < m_text.size() && std::isspace(static_cast<unsigned char>(m_text[m_at])))
-      ++m_at;
-  }
-  char next() {
-    if (m_at >= m_text.size())
-      throw std::runtime_error("unexpected end");
-    return m_text[m_at++];
-  }
-  void expect(const char* word) {
-    for (const char* c = word; *c; ++c)
-      if (next() != *c)
-        throw std::runtime_error(std::string("expected ") + word);
-  }
-  std::u16string parseString() {
-    std::u16string out;
-    for (char c = next(); c != '"'; c = next()) {
-      if (c != '\\') {
-        out.push_back(static_cast<char16_t>(static_cast<unsigned char>(c)));
-        continue;
-      }
-      const char escape = next();
-      switch (escape) {
-      case 'u':
-        out.push_back(static_cast<char16_t>(std::stoul(m_text.substr(m_at, 4), nullptr, 16)));
-        m_at += 4;
-        break;
-      case 'n':
-        out.push_back(u'\n');
-        break;
-      case 't':
-        out.push_back(u'\t');
-        break;
-      default:
-        out.push_back(static_cast<char16_t>(escape));
-        break;
-      }
-    }
-    return out;
-  }
-  Json parseValue() {
-    skipSpace();
-    Json value;
-    const char c = next();
-    if (c == '{') {
-      value.type = Json::kObject;
-      skipSpace();
-      if (m_text[m_at] == '}') {
-        ++m_at;
-        return value;
-      }
-      for (;;) {
-        skipSpace();
-        if (next() != '"')
-          throw std::runtime_error("expected a key");
-        const std::u16string key = parseString();
-        skipSpace();
-        if (next() != ':')
-          throw std::runtime_error("expected :");
-        value.members[OdString(key).toUtf8()] = parseValue();
-        skipSpace();
-        const char sep = next();
-        if (sep == '}')
-          return value;
-        if (sep != ',')
-          throw std::runtime_error("expected , or }");
-      }
-    }
-    if (c == '[') {
-      value.type = Json::kArray;
-      skipSpace();
-      if (m_text[m_at] == ']') {
-        ++m_at;
-        return value;
-      }
-      for (;;) {
-        value.items.push_back(parseValue());
-        skipSpace();
-        const char sep = next();
-        if (sep == ']')
-          return value;
-        if (sep != ',')
-          throw std::runtime_error("expected , or ]");
-      }
-    }
-    if (c == '"') {
-      value.type = Json::kString;
-      value.string = parseString();
-      return value;
-    }
-    --m_at;
-    if (c == 'n') {
-      expect("null");
-      return value;
-    }
-    if (c == 't' || c == 'f') {
-      value.type = Json::kBool;
-      expect(c == 't' ? "true" : "false");
-      value.number = c == 't';
-      return value;
-    }
-    value.type = Json::kNumber;
-    std::size_t used = 0;
-    value.number = std::stod(m_text.substr(m_at), &used);
-    m_at += used;
-    return value;
-  }
-
-  const std::string& m_text;
-  std::size_t m_at = 0;
-};
+  return fields;
+}
 
 const char* const kPython = "/usr/bin/python3";
 
@@ -899,13 +773,6 @@ int runChecker(const OdUInt8Array& data, const std::string& options, std::string
   return status;
 }
 
-void expectPoint(const Json& actual, double x, double y, double z, double tol = 1e-9) {
-  ASSERT_EQ(actual.items.size(), 3u);
-  EXPECT_NEAR(actual[0].number, x, tol);
-  EXPECT_NEAR(actual[1].number, y, tol);
-  EXPECT_NEAR(actual[2].number, z, tol);
-}
-
 TEST_F(ProxyWriterTablesTest, EzdxfDecodesWhatWasDrawn) {
   if (std::system("/usr/bin/python3 -c 'import ezdxf' >/dev/null 2>&1") != 0)
     GTEST_SKIP() << "/usr/bin/python3 cannot import ezdxf";
@@ -941,63 +808,71 @@ TEST_F(ProxyWriterTablesTest, EzdxfDecodesWhatWasDrawn) {
   const int status =
       runChecker(writer.data(), "--layers Defpoints,Survey --linetypes DASHDOT", output);
   ASSERT_EQ(status, 0) << output;
-  Json result;
-  try {
-    result = JsonParser(output).parse();
-  } catch (const std::exception& error) {
-    FAIL() << "checker output is not JSON (" << error.what() << "): " << output;
-  }
+  const Fields fields = fieldsOf(output);
+  auto field = [&](const std::string& key) {
+    const auto it = fields.find(key);
+    EXPECT_NE(it, fields.end()) << "no " << key << " in " << output;
+    return it == fields.end() ? std::string() : it->second;
+  };
+  auto number = [&](const std::string& key) { return std::atof(field(key).c_str()); };
+  auto expectPoint = [&](const std::string& key, double x, double y, double z) {
+    std::istringstream in(field(key));
+    double got[3] = {kNaN, kNaN, kNaN};
+    in >> got[0] >> got[1] >> got[2];
+    EXPECT_NEAR(got[0], x, 1e-9) << key;
+    EXPECT_NEAR(got[1], y, 1e-9) << key;
+    EXPECT_NEAR(got[2], z, 1e-9) << key;
+  };
   // The checker's drawing numbers its tables as our database does.
-  ASSERT_EQ(result["layers"].items.size(), 3u);
-  EXPECT_EQ(result["layers"][2].utf8(), "Survey");
-  ASSERT_EQ(result["linetypes"].items.size(), 4u);
-  EXPECT_EQ(result["linetypes"][3].utf8(), "DASHDOT");
+  EXPECT_EQ(field("layers.count"), "3");
+  EXPECT_EQ(field("layers.2"), "Survey");
+  EXPECT_EQ(field("linetypes.count"), "4");
+  EXPECT_EQ(field("linetypes.3"), "DASHDOT");
 
-  const Json& e = result["entities"];
-  ASSERT_EQ(e.items.size(), 8u) << output;
-  for (const Json& entity : e.items)
-    EXPECT_EQ(entity["layer"].utf8(), "Survey");
+  ASSERT_EQ(field("entities.count"), "8") << output;
+  for (int i = 0; i < 8; ++i)
+    EXPECT_EQ(field("entities." + std::to_string(i) + ".layer"), "Survey");
 
-  EXPECT_EQ(e[0]["type"].utf8(), "POLYLINE");
-  EXPECT_EQ(e[0]["color"].number, 1);
-  ASSERT_EQ(e[0]["vertices"].items.size(), 3u);
+  EXPECT_EQ(field("entities.0.type"), "POLYLINE");
+  EXPECT_EQ(number("entities.0.color"), 1);
+  EXPECT_EQ(field("entities.0.vertices.count"), "3");
   for (int i = 0; i < 3; ++i)
-    expectPoint(e[0]["vertices"][i], track[i].x, track[i].y, track[i].z);
-  EXPECT_FALSE(e[0]["closed"].number);
+    expectPoint("entities.0.vertices." + std::to_string(i), track[i].x, track[i].y, track[i].z);
+  EXPECT_EQ(field("entities.0.closed"), "0");
 
-  EXPECT_EQ(e[1]["type"].utf8(), "CIRCLE");
-  expectPoint(e[1]["center"], 3, 4, 0);
-  EXPECT_NEAR(e[1]["radius"].number, 2.5, 1e-12);
-  EXPECT_EQ(e[1]["true_color"].number, 0x0AC81E);
-  EXPECT_EQ(e[1]["lineweight"].number, 50);
+  EXPECT_EQ(field("entities.1.type"), "CIRCLE");
+  expectPoint("entities.1.center", 3, 4, 0);
+  EXPECT_NEAR(number("entities.1.radius"), 2.5, 1e-12);
+  EXPECT_EQ(number("entities.1.true_color"), 0x0AC81E);
+  EXPECT_EQ(number("entities.1.lineweight"), 50);
 
-  EXPECT_EQ(e[2]["type"].utf8(), "ARC");
-  EXPECT_EQ(e[2]["color"].number, 5);
-  EXPECT_EQ(e[2]["linetype"].utf8(), "DASHDOT");
-  expectPoint(e[2]["start_point"], 10, -2, 0);
-  expectPoint(e[2]["end_point"], 12, 0, 0);
+  EXPECT_EQ(field("entities.2.type"), "ARC");
+  EXPECT_EQ(number("entities.2.color"), 5);
+  EXPECT_EQ(field("entities.2.linetype"), "DASHDOT");
+  expectPoint("entities.2.start_point", 10, -2, 0);
+  expectPoint("entities.2.end_point", 12, 0, 0);
 
-  EXPECT_EQ(e[3]["type"].utf8(), "HATCH");
-  ASSERT_EQ(e[3]["vertices"].items.size(), 3u);
-  expectPoint(e[3]["vertices"][1], 2, 0, 0);
-  EXPECT_EQ(e[4]["type"].utf8(), "POLYLINE");
-  EXPECT_TRUE(e[4]["closed"].number);
+  EXPECT_EQ(field("entities.3.type"), "HATCH");
+  EXPECT_EQ(field("entities.3.vertices.count"), "3");
+  expectPoint("entities.3.vertices.1", 2, 0, 0);
+  EXPECT_EQ(field("entities.4.type"), "POLYLINE");
+  EXPECT_EQ(field("entities.4.closed"), "1");
 
-  EXPECT_EQ(e[5]["type"].utf8(), "TEXT");
-  EXPECT_EQ(e[5]["text"].string, std::u16string(u"北坐标"));
-  expectPoint(e[5]["insert"], 100 + std::cos(OdaPI / 6), 50 + std::sin(OdaPI / 6), 0);
-  EXPECT_NEAR(e[5]["height"].number, 2.5, 1e-12);
-  EXPECT_NEAR(e[5]["width"].number, 0.8, 1e-12);
-  EXPECT_NEAR(e[5]["rotation"].number, 30, 1e-9);
-  EXPECT_EQ(e[5]["color"].number, 256);
+  EXPECT_EQ(field("entities.5.type"), "TEXT");
+  EXPECT_EQ(field("entities.5.text"), OdString(u"北坐标").toUtf8());
+  expectPoint("entities.5.insert", 100 + std::cos(OdaPI / 6), 50 + std::sin(OdaPI / 6), 0);
+  EXPECT_NEAR(number("entities.5.height"), 2.5, 1e-12);
+  EXPECT_NEAR(number("entities.5.width"), 0.8, 1e-12);
+  EXPECT_NEAR(number("entities.5.rotation"), 30, 1e-9);
+  EXPECT_EQ(number("entities.5.color"), 256);
 
-  EXPECT_EQ(e[6]["type"].utf8(), "CIRCLE");
-  expectPoint(e[6]["center"], 100, 50, 0);
+  EXPECT_EQ(field("entities.6.type"), "CIRCLE");
+  expectPoint("entities.6.center", 100, 50, 0);
 
-  EXPECT_EQ(e[7]["type"].utf8(), "POLYLINE");
-  ASSERT_EQ(e[7]["vertices"].items.size(), Writer::kSegmentsPerTurn + 1u);
-  expectPoint(e[7]["vertices"][0], 2, 0, 0);
-  expectPoint(e[7]["vertices"][Writer::kSegmentsPerTurn / 4], 0, 1, 0);
+  EXPECT_EQ(field("entities.7.type"), "POLYLINE");
+  EXPECT_EQ(field("entities.7.vertices.count"), std::to_string(Writer::kSegmentsPerTurn + 1));
+  expectPoint("entities.7.vertices.0", 2, 0, 0);
+  expectPoint("entities.7.vertices." + std::to_string(Writer::kSegmentsPerTurn / 4), 0, 1, 0);
 }
 
 } // namespace proxy_graphics_writer_test

@@ -6,13 +6,14 @@ The metafile is decoded against a new drawing whose layer table is "0", "Defpoin
 the --layers names, and whose linetype table is ByBlock, ByLayer, Continuous and then the
 --linetypes names, so layer and linetype indices resolve as in a drawing with those tables.
 
-Prints one JSON object: the table orders used, and the entities in the order decoded, each with
-its type, graphic properties and the coordinates that define it (world coordinates where ezdxf
-offers them). Exit status 0 on success, 2 when ezdxf fails to decode the metafile.
+Prints one "key value" line per field: the table orders used ("layers.2 Survey"), and the
+entities in the order decoded ("entities.0.type CIRCLE"), each with its type, graphic
+properties and the coordinates that define it, three numbers to a point (world coordinates
+where ezdxf offers them). Lists also print their length ("entities.count 8"). Exit status 0
+on success, 2 when ezdxf fails to decode the metafile.
 """
 
 import argparse
-import json
 import sys
 
 import ezdxf
@@ -70,12 +71,27 @@ def describe(entity):
     return out
 
 
+def emit(key, value):
+    if isinstance(value, dict):
+        for name, item in value.items():
+            emit(f"{key}.{name}" if key else name, item)
+    elif isinstance(value, list) and (not value or not isinstance(value[0], float)):
+        print(f"{key}.count {len(value)}")
+        for index, item in enumerate(value):
+            emit(f"{key}.{index}", item)
+    elif isinstance(value, list):
+        print(key, " ".join(repr(x) for x in value))
+    else:
+        print(key, int(value) if isinstance(value, bool) else value)
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("metafile")
     parser.add_argument("--layers", default="")
     parser.add_argument("--linetypes", default="")
     args = parser.parse_args()
+    sys.stdout.reconfigure(encoding="utf-8")
 
     doc = ezdxf.new("R2018")
     for name in filter(None, args.layers.split(",")):
@@ -95,9 +111,9 @@ def main():
         result["entities"] = [describe(e) for e in ProxyGraphic(data, doc).virtual_entities()]
     except Exception as error:  # the decoder's own failure is the finding
         result["error"] = str(error)
-        print(json.dumps(result))
+        emit("", result)
         return 2
-    print(json.dumps(result))
+    emit("", result)
     return 0
 
 
