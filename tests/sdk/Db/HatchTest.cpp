@@ -699,8 +699,9 @@ TEST_F(HatchTest, DxfRoundTripAndGroupOrder) {
                                         {44, 0.0},  {45, -6.35}, {46, 0.0}};
   for (const OdDbDxfItemFiler::Item& item : items) {
     const auto value = values.find(item.code);
-    if (value != values.end())
+    if (value != values.end()) {
       EXPECT_NEAR(value->second, std::stod(item.value.toUtf8()), 1e-12) << item.code;
+    }
   }
 
   filer.rewind();
