@@ -327,7 +327,7 @@ public:
       : m_in(file), m_notes(notes), m_db(OdDbDatabase::createObject()) {
     // Room for the handles of a file of small entities (a few hundred bytes each), so the
     // tables do not grow step by step while a large drawing is read.
-    const std::size_t objects = m_in.size() / 256;
+    const std::size_t objects = m_in.size() / 512;
     m_seen.reserve(objects);
     m_ids.reserve(objects);
   }

@@ -500,4 +500,75 @@ TEST(DxfItemFilerTest, ReadingAndWritingAreSeparateModes) {
   EXPECT_EQ(eOk, filer.filerStatus());
 }
 
+TEST(DxfItemFilerTest, TextModePrintsWhatTheItemsHold) {
+  // Each case writes through both modes; the text must be the items printed as a file holds
+  // them (the code right-aligned in three columns, the value in UTF-8), refusals included.
+  std::vector<OdUInt8> bytes(300);
+  for (std::size_t i = 0; i < bytes.size(); ++i)
+    bytes[i] = static_cast<OdUInt8>(i * 7);
+  const std::vector<std::function<void(OdDbDxfItemFiler&)>> cases = {
+      [](OdDbDxfItemFiler& f) { f.wrString(0, OD_T("LINE")); },
+      [](OdDbDxfItemFiler& f) { f.wrString(1, OD_T("坐标 Ü")); },
+      [](OdDbDxfItemFiler& f) { f.wrSubclassMarker(OD_T("AcDbEntity")); },
+      [](OdDbDxfItemFiler& f) { f.wrInt16(70, -32768); },
+      [](OdDbDxfItemFiler& f) { f.wrInt32(1071, 0x02000000); },
+      [](OdDbDxfItemFiler& f) { f.wrInt64(160, std::numeric_limits<OdInt64>::min()); },
+      [](OdDbDxfItemFiler& f) { f.wrBool(290, true); },
+      [](OdDbDxfItemFiler& f) { f.wrDouble(40, 2.0); },
+      [](OdDbDxfItemFiler& f) { f.wrDouble(41, -0.0); },
+      [](OdDbDxfItemFiler& f) { f.wrDouble(42, 1.0 / 3.0, 4); },
+      [](OdDbDxfItemFiler& f) { f.wrPoint3d(10, OdGePoint3d(500000.137, 3000000.291, -1e-300)); },
+      [](OdDbDxfItemFiler& f) { f.wrHandle(5, OdDbHandle(0xFEDCBA9876543210ull)); },
+      [](OdDbDxfItemFiler& f) { f.wrHandle(330, OdDbHandle()); },
+      [&bytes](OdDbDxfItemFiler& f) {
+        f.wrBinaryChunk(310, bytes.data(), static_cast<OdUInt32>(bytes.size()));
+      },
+      [](OdDbDxfItemFiler& f) { f.wrInt16(90, 1); },            // refused: wrong code
+      [](OdDbDxfItemFiler& f) { f.wrString(1, OD_T("a\nb")); }, // refused: line break
+  };
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    SCOPED_TRACE(i);
+    Filer items;
+    items.openForWrite();
+    cases[i](items);
+    std::string expected = "kept\n";
+    for (const Item& item : items.items()) {
+      std::string code = std::to_string(item.code);
+      expected += std::string(code.size() < 3 ? 3 - code.size() : 0, ' ') + code + "\n" +
+                  utf8(item.value) + "\n";
+    }
+
+    Filer text;
+    std::string out = "kept\n"; // what is there already stays
+    text.openForText(&out);
+    cases[i](text);
+    EXPECT_EQ(expected, out);
+    EXPECT_EQ(items.filerStatus(), text.filerStatus());
+    EXPECT_TRUE(text.items().empty());
+  }
+}
+
+TEST(DxfItemFilerTest, ItemsTakenOverReadLikeCopiedOnes) {
+  Items items = {{70, OD_T(" 12 ")}, {10, OD_T("1.5")}, {20, OD_T("-2")}, {310, OD_T("0aFf")}};
+  Filer copied;
+  copied.openForRead(items);
+  Filer taken;
+  taken.openForRead(std::move(items));
+  for (Filer* filer : {&copied, &taken}) {
+    ASSERT_EQ(70, filer->nextItem());
+    EXPECT_EQ(12, filer->rdInt16());
+    ASSERT_EQ(10, filer->nextItem());
+    OdGePoint2d point;
+    filer->rdPoint2d(point);
+    EXPECT_EQ(OdGePoint2d(1.5, -2.0), point);
+    ASSERT_EQ(310, filer->nextItem());
+    OdUInt8Array data;
+    filer->rdBinaryChunk(data);
+    ASSERT_EQ(2u, data.size());
+    EXPECT_EQ(0x0A, data[0]);
+    EXPECT_EQ(0xFF, data[1]);
+    EXPECT_EQ(eOk, filer->filerStatus());
+  }
+}
+
 } // namespace

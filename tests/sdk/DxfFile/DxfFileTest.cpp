@@ -28,6 +28,8 @@
 #include <functional>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -384,6 +386,35 @@ TEST_F(DxfFileTest, TheSmallValidFileLoads) {
   EXPECT_EQ(model->entityIds()[0].getHandle(), OdDbHandle(0x100));
   OdDbLinePtr line = model->entityIds()[0].safeOpenObject();
   EXPECT_EQ(line->endPoint(), OdGePoint3d(3.0, 4.0, 0.0));
+}
+
+TEST_F(DxfFileTest, AFileLoadsFromAPipeAndWhenLargerThanThePartKeptInMemory) {
+  // The line of the fault must still be right after a long stretch of the file, and header
+  // values read early must still apply at the end.
+  Lines lines = validLines();
+  lines.insert(lines.begin() + 8, {"  9", "$LTSCALE", " 40", "2.5"});
+  lines.insert(lines.begin() + 12, {"999", std::string(9u << 20, 'c')});
+  writeAll(path("large.dxf"), joined(lines));
+  OdDbDatabasePtr db = load(path("large.dxf"));
+  ASSERT_FALSE(db.isNull());
+  EXPECT_EQ(2.5, db->getLTSCALE());
+  lines[lines.size() - 9] = "x"; // the end point's x, the value of " 11"
+  writeAll(path("large.dxf"), joined(lines));
+  OdDbDatabasePtr none;
+  OdString error;
+  EXPECT_EQ(eInvalidDxfCode, odDbReadDxf(path("large.dxf").c_str(), none, &error));
+  EXPECT_NE(std::string::npos, error.toUtf8().find("line " + std::to_string(lines.size() - 8) +
+                                                   ": group 11 needs a number"))
+      << error.toUtf8();
+
+  // A pipe cannot be mapped; it is read to its end.
+  ASSERT_EQ(0, ::mkfifo(path("pipe.dxf").c_str(), 0600));
+  std::thread writer([this] { writeAll(path("pipe.dxf"), joined(validLines())); });
+  OdDbDatabasePtr piped = load(path("pipe.dxf"));
+  writer.join();
+  ASSERT_FALSE(piped.isNull());
+  OdDbBlockTableRecordPtr model = piped->getModelSpaceId().safeOpenObject();
+  EXPECT_EQ(model->entityIds().size(), 1u);
 }
 
 TEST_F(DxfFileTest, MalformedFilesAreRefusedWithTheLineOfTheFault) {
