@@ -77,26 +77,30 @@ void OdDbBitStream::writeRawLE(OdUInt64 value, unsigned byteCount) {
 }
 
 void OdDbBitStream::writeBytes(const OdUInt8* bytes, std::size_t count) {
-  if ((m_bitSize & 7) == 0 && count > 0) {
-    // On a byte boundary the bytes go over as they are.
+  if (count == 0)
+    return;
+  const unsigned offset = static_cast<unsigned>(m_bitSize & 7);
+  m_bitSize += 8 * static_cast<OdUInt64>(count);
+  if (offset == 0) {
+    // On a byte boundary the bytes go over as they are; the few of one value one by one,
+    // which is cheaper than growing and then filling.
+    if (count <= 16) {
+      for (std::size_t i = 0; i < count; ++i)
+        m_bytes.push_back(bytes[i]);
+      return;
+    }
     const OdUInt8Array::size_type at = m_bytes.size();
     m_bytes.resize(static_cast<OdUInt8Array::size_type>(at + count));
     std::memcpy(m_bytes.asArrayPtr() + at, bytes, count);
-    m_bitSize += 8 * static_cast<OdUInt64>(count);
     return;
   }
-  if (count == 0)
-    return;
-  // Each byte straddles two: its high bits end the current byte, its low bits start the next.
-  const unsigned offset = static_cast<unsigned>(m_bitSize & 7);
-  const OdUInt8Array::size_type at = m_bytes.size();
-  m_bytes.resize(static_cast<OdUInt8Array::size_type>(at + count));
-  OdUInt8* out = m_bytes.asArrayPtr() + at - 1;
-  for (std::size_t i = 0; i < count; ++i) {
-    out[i] |= static_cast<OdUInt8>(bytes[i] >> offset);
-    out[i + 1] = static_cast<OdUInt8>(bytes[i] << (8 - offset));
-  }
-  m_bitSize += 8 * static_cast<OdUInt64>(count);
+  // Each byte straddles two: its high bits end the current byte, its low bits start the next,
+  // so each new byte holds the low bits of one and the high bits of the one after it.
+  m_bytes.asArrayPtr()[m_bytes.size() - 1] |= static_cast<OdUInt8>(bytes[0] >> offset);
+  const unsigned back = 8 - offset;
+  for (std::size_t i = 0; i + 1 < count; ++i)
+    m_bytes.push_back(static_cast<OdUInt8>((bytes[i] << back) | (bytes[i + 1] >> offset)));
+  m_bytes.push_back(static_cast<OdUInt8>(bytes[count - 1] << back));
 }
 
 bool OdDbBitStream::takeBit() {

@@ -612,6 +612,18 @@ void OdDbDxfItemFiler::append(int groupCode, const OdString& value) {
 
 void OdDbDxfItemFiler::appendAscii(int groupCode, const char* text, std::size_t size) {
   if (m_text) {
+    // The usual line (a known code and a value no longer than a binary chunk) is put
+    // together here and goes over in one append.
+    char line[8 + 2 * kMaxBinaryChunkBytes + 1];
+    if (groupCode >= 0 && groupCode < CodeLines::kCount && size <= 2 * kMaxBinaryChunkBytes) {
+      const std::size_t codeSize = kCodeLines.size[groupCode];
+      std::memcpy(line, kCodeLines.text[groupCode], codeSize);
+      if (size != 0)
+        std::memcpy(line + codeSize, text, size);
+      line[codeSize + size] = '\n';
+      m_text->append(line, codeSize + size + 1);
+      return;
+    }
     appendCode(groupCode);
     m_text->append(text, size);
     m_text->push_back('\n');

@@ -30,17 +30,12 @@ void storeUInt32(OdUInt8* out, OdUInt32 value) {
     out[i] = static_cast<OdUInt8>(value >> (8 * i));
 }
 
-void appendUInt32(std::vector<OdUInt8>& bytes, OdUInt32 value) {
-  OdUInt8 le[4];
-  storeUInt32(le, value);
-  bytes.insert(bytes.end(), le, le + 4);
-}
-
 OdDbObjectIdArray tableOrder(const OdDbObjectId& tableId) {
   OdDbObjectIdArray ids;
   OdDbSymbolTablePtr table = OdDbSymbolTable::cast(tableId.openObject().get());
   if (table.isNull())
     return ids;
+  ids.reserve(static_cast<OdDbObjectIdArray::size_type>(table->numRecords()));
   OdDbSymbolTableIteratorPtr it = table->newIterator();
   for (it->start(); !it->done(); it->step()) {
     // Erased records are not written to files, so they take no place in the numbering.
@@ -52,7 +47,10 @@ OdDbObjectIdArray tableOrder(const OdDbObjectId& tableId) {
 
 } // namespace
 
-OdGiProxyGraphicsWriter::OdGiProxyGraphicsWriter(OdDbDatabase* database) : OdGiBaseSink(database) {}
+OdGiProxyGraphicsWriter::OdGiProxyGraphicsWriter(OdDbDatabase* database) : OdGiBaseSink(database) {
+  // Room for the metafile of a typical entity, so that it is not grown a few bytes at a time.
+  m_body.reserve(512);
+}
 
 void OdGiProxyGraphicsWriter::setDatabase(OdDbDatabase* database) {
   OdGiBaseSink::setDatabase(database);
@@ -155,7 +153,8 @@ void OdGiProxyGraphicsWriter::endCommand() {
 }
 
 void OdGiProxyGraphicsWriter::putUInt32(OdUInt32 value) {
-  appendUInt32(m_body, value);
+  for (int i = 0; i < 4; ++i)
+    m_body.push_back(static_cast<OdUInt8>(value >> (8 * i)));
 }
 
 void OdGiProxyGraphicsWriter::putInt32(OdInt32 value) {
