@@ -22,6 +22,7 @@
 /// stays in its plane.
 
 #include "DbCurve.h"
+#include "DbFiledPlanePoint.h"
 
 class OdDbArc : public OdDbCurve {
   ODRX_DECLARE_MEMBERS(OdDbArc);
@@ -121,17 +122,8 @@ private:
   OdGePoint3d pointAtAngle(double angle) const;
   /// Replaces centre, radius and angles from plane coordinates (elevation kept).
   void setFromPlane(const OdGePoint2d& center, double radius, double startAngle, double endAngle);
-  /// The centre in plane coordinates as the formats file it: the one last read while centre
-  /// and normal are still the ones it gave, so that reading and writing again gives the same
-  /// numbers (going to world coordinates and back may move the last bit of a coordinate).
-  OdGePoint3d filedPlaneCenter() const;
-  void setFromFiled(const OdGePoint3d& planeCenter, const OdGeVector3d& normal);
-
   OdGePoint3d m_center;
-  OdGePoint3d m_filedPlaneCenter;
-  OdGePoint3d m_filedCenter;
-  OdGeVector3d m_filedNormal;
-  bool m_hasFiled = false;
+  OdDbFiledPlanePoint m_filedCenter;
   double m_radius = 0.0;
   double m_startAngle = 0.0;
   double m_endAngle = 0.0;

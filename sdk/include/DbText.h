@@ -15,6 +15,7 @@
 /// that the arbitrary-axis rule gives the normal.
 
 #include "DbEntity.h"
+#include "DbFiledPlanePoint.h"
 
 namespace OdDb {
 enum TextHorzMode {
@@ -166,6 +167,8 @@ private:
   OdDb::TextHorzMode m_horizontalMode = OdDb::kTextLeft;
   OdDb::TextVertMode m_verticalMode = OdDb::kTextBase;
   OdDbObjectId m_textStyleId;
+  OdDbFiledPlanePoint m_filedPosition;
+  OdDbFiledPlanePoint m_filedAlignmentPoint;
 };
 
 typedef OdSmartPtr<OdDbText> OdDbTextPtr;

@@ -277,36 +277,9 @@ OdResult OdDbArc::getArea(double& area) const {
 
 // Filing -------------------------------------------------------------------------------------
 
-namespace {
-
-bool bitwiseEqual(const OdGePoint3d& a, const OdGePoint3d& b) {
-  return a.x == b.x && a.y == b.y && a.z == b.z;
-}
-
-bool bitwiseEqual(const OdGeVector3d& a, const OdGeVector3d& b) {
-  return a.x == b.x && a.y == b.y && a.z == b.z;
-}
-
-} // namespace
-
-OdGePoint3d OdDbArc::filedPlaneCenter() const {
-  if (m_hasFiled && bitwiseEqual(m_center, m_filedCenter) && bitwiseEqual(m_normal, m_filedNormal))
-    return m_filedPlaneCenter;
-  return OdGeMatrix3d::worldToPlane(m_normal) * m_center;
-}
-
-void OdDbArc::setFromFiled(const OdGePoint3d& planeCenter, const OdGeVector3d& normal) {
-  m_normal = normal.normal();
-  m_center = OdGeMatrix3d::planeToWorld(m_normal) * planeCenter;
-  m_filedPlaneCenter = planeCenter;
-  m_filedCenter = m_center;
-  m_filedNormal = m_normal;
-  m_hasFiled = true;
-}
-
 void OdDbArc::dwgOutFields(OdDbDwgFiler* filer) const {
   OdDbCurve::dwgOutFields(filer);
-  filer->wrPoint3d(filedPlaneCenter());
+  filer->wrPoint3d(m_filedCenter.toFile(m_center, m_normal));
   filer->wrDouble(m_radius);
   filer->wrDouble(m_thickness);
   filer->wrVector3d(m_normal);
@@ -330,7 +303,8 @@ OdResult OdDbArc::dwgInFields(OdDbDwgFiler* filer) {
       !std::isfinite(thickness) || !odgeIsFinite(normal) || normal.isZeroLength() ||
       !std::isfinite(startAngle) || !std::isfinite(endAngle))
     return eInvalidInput;
-  setFromFiled(planeCenter, normal);
+  m_normal = normal.normal();
+  m_center = m_filedCenter.read(planeCenter, m_normal);
   m_radius = radius;
   m_thickness = thickness;
   m_startAngle = normalizedAngle(startAngle);
@@ -342,7 +316,7 @@ void OdDbArc::dxfOutFields(OdDbDxfFiler* filer) const {
   OdDbCurve::dxfOutFields(filer);
   const bool all = filer->includesDefaultValues();
   filer->wrSubclassMarker(OD_T("AcDbCircle"));
-  filer->wrPoint3d(10, filedPlaneCenter());
+  filer->wrPoint3d(10, m_filedCenter.toFile(m_center, m_normal));
   filer->wrDouble(40, m_radius);
   if (m_thickness != 0.0 || all)
     filer->wrDouble(39, m_thickness);
@@ -417,7 +391,8 @@ OdResult OdDbArc::dxfInFields(OdDbDxfFiler* filer) {
       !std::isfinite(thickness) || !odgeIsFinite(normal) || normal.isZeroLength() ||
       !std::isfinite(startDegrees) || !std::isfinite(endDegrees))
     return eInvalidInput;
-  setFromFiled(planeCenter, normal);
+  m_normal = normal.normal();
+  m_center = m_filedCenter.read(planeCenter, m_normal);
   m_radius = radius;
   m_thickness = thickness;
   m_startAngle = normalizedAngle(startDegrees / kDegreesPerRadian);

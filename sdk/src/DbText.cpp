@@ -356,7 +356,6 @@ OdResult OdDbText::dwgInFields(OdDbDwgFiler* filer) {
 void OdDbText::dxfOutFields(OdDbDxfFiler* filer) const {
   OdDbEntity::dxfOutFields(filer);
   const bool all = filer->includesDefaultValues();
-  const OdGeMatrix3d toPlane = OdGeMatrix3d::worldToPlane(m_normal);
   OdString styleName(OD_T("Standard"));
   if (!m_textStyleId.isNull()) {
     OdDbObjectPtr style = m_textStyleId.openObject();
@@ -365,7 +364,7 @@ void OdDbText::dxfOutFields(OdDbDxfFiler* filer) const {
       styleName = record->getName();
   }
   filer->wrSubclassMarker(OD_T("AcDbText"));
-  filer->wrPoint3d(10, toPlane * m_position);
+  filer->wrPoint3d(10, m_filedPosition.toFile(m_position, m_normal));
   if (m_thickness != 0.0 || all)
     filer->wrDouble(39, m_thickness);
   filer->wrDouble(40, m_height);
@@ -380,7 +379,7 @@ void OdDbText::dxfOutFields(OdDbDxfFiler* filer) const {
   if (m_horizontalMode != OdDb::kTextLeft || all)
     filer->wrInt16(72, static_cast<OdInt16>(m_horizontalMode));
   if (!(m_horizontalMode == OdDb::kTextLeft && m_verticalMode == OdDb::kTextBase) || all)
-    filer->wrPoint3d(11, toPlane * m_alignmentPoint);
+    filer->wrPoint3d(11, m_filedAlignmentPoint.toFile(m_alignmentPoint, m_normal));
   if (m_normal != OdGeVector3d::kZAxis || all)
     filer->wrVector3d(210, m_normal);
   // The format repeats the subclass marker before the vertical mode.
@@ -470,7 +469,6 @@ OdResult OdDbText::dxfInFields(OdDbDxfFiler* filer) {
       !isHorizontalMode(horizontalMode) || !isVerticalMode(verticalMode))
     return eInvalidInput;
   const OdGeVector3d unitNormal = normal.normal();
-  const OdGeMatrix3d toWorld = OdGeMatrix3d::planeToWorld(unitNormal);
   OdDbObjectId textStyleId = m_textStyleId;
   OdDbDatabase* db = filer->database() ? filer->database() : database();
   if (hasStyle && db) {
@@ -482,8 +480,9 @@ OdResult OdDbText::dxfInFields(OdDbDxfFiler* filer) {
         textStyleId = found;
     }
   }
-  m_position = toWorld * position;
-  m_alignmentPoint = hasAlignmentPoint ? toWorld * alignmentPoint : m_position;
+  m_position = m_filedPosition.read(position, unitNormal);
+  m_alignmentPoint =
+      hasAlignmentPoint ? m_filedAlignmentPoint.read(alignmentPoint, unitNormal) : m_position;
   m_normal = unitNormal;
   m_thickness = thickness;
   m_height = height;
