@@ -80,6 +80,17 @@ public:
 
   const ItemArray& items() const { return m_items; }
 
+  /// Layers and linetypes in the order the drawing file lists them, for values that number
+  /// table records (proxy graphics). The drawing writer sets them once for the whole file and
+  /// they are kept across opens, so such values need not walk the tables for every object.
+  /// Empty arrays (the default) mean "not given": the database's order is used instead.
+  void setTableOrders(const OdDbObjectIdArray& layers, const OdDbObjectIdArray& linetypes);
+  const OdDbObjectIdArray& layerOrder() const { return m_layerOrder; }
+  const OdDbObjectIdArray& linetypeOrder() const { return m_linetypeOrder; }
+  /// Different after every setTableOrders() on any filer of the process, 0 before the first:
+  /// what lets a writer that keeps orders between objects tell new orders from the last ones.
+  OdUInt64 tableOrdersSerial() const { return m_tableOrdersSerial; }
+
   /// Significant digits of doubles written with kDfltPrec; clamped to 1..kMaxPrec.
   void setPrecision(int precision);
   void setIncludesDefaultValues(bool include) { m_includesDefaults = include; }
@@ -177,6 +188,9 @@ private:
   bool m_reading = false;
   int m_precision = kMaxPrec;
   bool m_includesDefaults = false;
+  OdDbObjectIdArray m_layerOrder;
+  OdDbObjectIdArray m_linetypeOrder;
+  OdUInt64 m_tableOrdersSerial = 0;
 };
 
 #endif

@@ -208,6 +208,16 @@ private:
     m_styles = records<OdDbTextStyleTableRecord>(m_db->getTextStyleTableId());
     m_blocks = records<OdDbBlockTableRecord>(m_db->getBlockTableId());
     odDbDxfFileHooksInUse()->collectClasses(m_db, m_classes);
+    // Proxy graphics number layers and linetypes by these orders; handed over once here
+    // rather than worked out from the tables again for every entity.
+    OdDbObjectIdArray layerIds, linetypeIds;
+    layerIds.reserve(static_cast<OdDbObjectIdArray::size_type>(m_layers.size()));
+    for (const OdDbLayerTableRecordPtr& layer : m_layers)
+      layerIds.append(layer->objectId());
+    linetypeIds.reserve(static_cast<OdDbObjectIdArray::size_type>(m_linetypes.size()));
+    for (const OdDbLinetypeTableRecordPtr& linetype : m_linetypes)
+      linetypeIds.append(linetype->objectId());
+    m_filer.setTableOrders(layerIds, linetypeIds);
 
     m_nextHandle = m_db->handseed();
     m_vportTable = newHandle();

@@ -75,6 +75,20 @@ bool parseInteger(std::string_view text, long long& value) {
     ++begin;
   if (begin == end)
     return false;
+  // The usual value (a group code, a flag, a count) is a few plain digits: summed here, as
+  // from_chars would, without its general machinery. 18 digits cannot overflow.
+  const bool negative = *begin == '-';
+  const char* digits = negative ? begin + 1 : begin;
+  if (digits != end && end - digits <= 18) {
+    long long sum = 0;
+    const char* p = digits;
+    while (p != end && *p >= '0' && *p <= '9')
+      sum = sum * 10 + (*p++ - '0');
+    if (p == end) {
+      value = negative ? -sum : sum;
+      return true;
+    }
+  }
   const std::from_chars_result r = std::from_chars(begin, end, value);
   return r.ec == std::errc() && r.ptr == end;
 }

@@ -7,6 +7,7 @@
 #include "Ge/GeVector3d.h"
 
 #include <algorithm>
+#include <atomic>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -305,6 +306,14 @@ void OdDbDxfItemFiler::openForWrite(OdDbDatabase* db, FilerType type) {
   m_reading = false;
   m_next = 0;
   m_current = kNoItem;
+}
+
+void OdDbDxfItemFiler::setTableOrders(const OdDbObjectIdArray& layers,
+                                      const OdDbObjectIdArray& linetypes) {
+  static std::atomic<OdUInt64> lastSerial{0};
+  m_layerOrder = layers;
+  m_linetypeOrder = linetypes;
+  m_tableOrdersSerial = ++lastSerial;
 }
 
 void OdDbDxfItemFiler::openForText(std::string* out, OdDbDatabase* db, FilerType type) {

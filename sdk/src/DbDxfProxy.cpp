@@ -15,6 +15,8 @@
 #include "RxObjectImpl.h"
 
 #include <charconv>
+#include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -148,12 +150,68 @@ PartsView viewOf(const OdDbProxyData& data) {
   return view;
 }
 
+/// What writing live objects reuses from one object to the next on a thread: the stream
+/// filer's and the graphics' buffers keep their room, and the graphics writer keeps the table
+/// orders of the file being written instead of walking the tables for every entity.
+struct LiveScratch {
+  OdStaticRxObject<OdDbDwgStreamFiler> filer;
+  OdDbProxyReferenceArray references;
+  OdUInt8Array graphics;
+  OdGiProxyGraphicsWriter writer;
+  /// The serial of the orders the writer was given; 0 while it takes the database's.
+  OdUInt64 ordersSerial = 0;
+  bool busy = false;
+};
+
+/// Holds a scratch for one object: the thread's own, or a fresh one when that is in use (an
+/// object that writes another drawing while it is written).
+class ScratchLease {
+public:
+  ScratchLease() {
+    static thread_local LiveScratch shared;
+    if (shared.busy) {
+      m_own.reset(new LiveScratch);
+      m_scratch = m_own.get();
+    } else {
+      m_scratch = &shared;
+    }
+    m_scratch->busy = true;
+  }
+  ~ScratchLease() { m_scratch->busy = false; }
+  ScratchLease(const ScratchLease&) = delete;
+  ScratchLease& operator=(const ScratchLease&) = delete;
+
+  LiveScratch& operator*() const { return *m_scratch; }
+
+private:
+  std::unique_ptr<LiveScratch> m_own;
+  LiveScratch* m_scratch = nullptr;
+};
+
+/// Gives the graphics writer the table orders the file's filer carries, or, when it carries
+/// none, sends it back to the database's orders.
+void useTableOrders(LiveScratch& scratch, const OdDbDxfFiler* filer) {
+  const OdDbDxfItemFiler* itemFiler = dynamic_cast<const OdDbDxfItemFiler*>(filer);
+  const OdUInt64 serial = itemFiler ? itemFiler->tableOrdersSerial() : 0;
+  if (serial == scratch.ordersSerial)
+    return;
+  if (serial == 0) {
+    scratch.writer.setLayerOrder(OdDbObjectIdArray());
+    scratch.writer.setLinetypeOrder(OdDbObjectIdArray());
+  } else {
+    scratch.writer.setLayerOrder(itemFiler->layerOrder());
+    scratch.writer.setLinetypeOrder(itemFiler->linetypeOrder());
+  }
+  scratch.ordersSerial = serial;
+}
+
 /// The parts of a proxy for a live object of a module class: its file stream and, for an
-/// entity, the graphics of drawing it. The buffers stay in the given filer, references and
-/// graphics.
-PartsView livePartsOf(const OdDbObject* object, OdDbDwgStreamFiler& filer,
-                      OdDbProxyReferenceArray& references, OdUInt8Array& graphics) {
+/// entity, the graphics of drawing it. The buffers stay in the scratch.
+PartsView livePartsOf(const OdDbObject* object, LiveScratch& scratch, const OdDbDxfFiler* out) {
   const OdRxClass* cls = object->isA();
+  OdDbDwgStreamFiler& filer = scratch.filer;
+  OdDbProxyReferenceArray& references = scratch.references;
+  references.clear();
   filer.openForWrite(object->database(), OdDbFiler::kFileFiler);
   int maintVersion = 0;
   cls->getClassVersion(&maintVersion);
@@ -180,10 +238,12 @@ PartsView livePartsOf(const OdDbObject* object, OdDbDwgStreamFiler& filer,
   view.stringBits = filer.stringBitSize();
   view.references = &references;
   if (const OdDbEntity* entity = OdDbEntity::cast(object).get()) {
-    OdGiProxyGraphicsWriter writer(object->database());
+    OdGiProxyGraphicsWriter& writer = scratch.writer;
+    writer.setDatabase(object->database());
+    useTableOrders(scratch, out);
     writer.draw(entity);
-    graphics = writer.data();
-    view.graphics = &graphics;
+    writer.data(scratch.graphics);
+    view.graphics = &scratch.graphics;
   }
   return view;
 }
@@ -470,16 +530,16 @@ bool OdDbDxfProxyHooks::writeObject(const OdDbObject* object,
     ++index;
   if (index == classes.size())
     throw OdError(eKeyNotFound, OD_T("No CLASS record for ") + name);
-  OdStaticRxObject<OdDbDwgStreamFiler> liveFiler;
-  OdDbProxyReferenceArray liveReferences;
-  OdUInt8Array liveGraphics;
+  std::optional<ScratchLease> lease;
   PartsView parts;
-  if (const OdDbProxyEntity* proxy = OdDbProxyEntity::cast(object).get())
+  if (const OdDbProxyEntity* proxy = OdDbProxyEntity::cast(object).get()) {
     parts = viewOf(proxy->proxyData());
-  else if (const OdDbProxyObject* proxyObject = OdDbProxyObject::cast(object).get())
+  } else if (const OdDbProxyObject* proxyObject = OdDbProxyObject::cast(object).get()) {
     parts = viewOf(proxyObject->proxyData());
-  else
-    parts = livePartsOf(object, liveFiler, liveReferences, liveGraphics);
+  } else {
+    lease.emplace();
+    parts = livePartsOf(object, **lease, filer);
+  }
 
   dxfName = kind.type;
   if (entity)

@@ -225,8 +225,19 @@ OdString OdString::fromUtf8(const std::string& utf8) {
 
 std::string OdString::toUtf8() const {
   std::string out;
-  out.reserve(m_data.size());
   const size_t n = m_data.size();
+  // Plain ASCII (names, markers, numbers: almost every string) is one byte a unit, copied
+  // without the encoder's per-unit branches.
+  size_t ascii = 0;
+  while (ascii < n && m_data[ascii] < 0x80)
+    ++ascii;
+  if (ascii == n) {
+    out.resize(n);
+    for (size_t i = 0; i < n; ++i)
+      out[i] = static_cast<char>(m_data[i]);
+    return out;
+  }
+  out.reserve(n);
   for (size_t i = 0; i < n; ++i) {
     char32_t cp = m_data[i];
     if (isHighSurrogate(m_data[i]) && i + 1 < n && isLowSurrogate(m_data[i + 1])) {

@@ -101,6 +101,8 @@ public:
   /// The metafile of everything drawn since the last reset; empty when nothing was drawn, so
   /// that a proxy without graphics carries no graphics groups.
   OdUInt8Array data() const;
+  /// The same into out, reusing its room: for a writer that draws many entities in a row.
+  void data(OdUInt8Array& out) const;
   /// Commands data() holds, the extents command included.
   OdUInt32 numCommands() const;
   /// The world box written in the extents command; invalid until something is drawn.

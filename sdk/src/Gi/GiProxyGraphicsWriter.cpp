@@ -104,8 +104,14 @@ void OdGiProxyGraphicsWriter::reset() {
 
 OdUInt8Array OdGiProxyGraphicsWriter::data() const {
   OdUInt8Array bytes;
+  data(bytes);
+  return bytes;
+}
+
+void OdGiProxyGraphicsWriter::data(OdUInt8Array& bytes) const {
+  bytes.clear();
   if (m_commands == 0)
-    return bytes;
+    return;
   bytes.resize(
       static_cast<OdUInt8Array::size_type>(kHeadSize + kExtentsCommandSize + m_body.size()));
   OdUInt8* out = bytes.asArrayPtr();
@@ -127,7 +133,6 @@ OdUInt8Array OdGiProxyGraphicsWriter::data() const {
   }
   if (!m_body.empty())
     std::memcpy(out, m_body.data(), m_body.size());
-  return bytes;
 }
 
 OdUInt32 OdGiProxyGraphicsWriter::numCommands() const {
@@ -153,8 +158,9 @@ void OdGiProxyGraphicsWriter::endCommand() {
 }
 
 void OdGiProxyGraphicsWriter::putUInt32(OdUInt32 value) {
-  for (int i = 0; i < 4; ++i)
-    m_body.push_back(static_cast<OdUInt8>(value >> (8 * i)));
+  const std::size_t at = m_body.size();
+  m_body.resize(at + 4);
+  storeUInt32(m_body.data() + at, value);
 }
 
 void OdGiProxyGraphicsWriter::putInt32(OdInt32 value) {
@@ -168,8 +174,10 @@ void OdGiProxyGraphicsWriter::putDouble(double value) {
     value = 0.0;
   OdUInt64 bits = 0;
   std::memcpy(&bits, &value, sizeof bits);
-  putUInt32(static_cast<OdUInt32>(bits));
-  putUInt32(static_cast<OdUInt32>(bits >> 32));
+  const std::size_t at = m_body.size();
+  m_body.resize(at + 8);
+  storeUInt32(m_body.data() + at, static_cast<OdUInt32>(bits));
+  storeUInt32(m_body.data() + at + 4, static_cast<OdUInt32>(bits >> 32));
 }
 
 void OdGiProxyGraphicsWriter::putPoint(const OdGePoint3d& point) {

@@ -18,11 +18,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <functional>
 #include <sstream>
 #include <string>
+#include <vector>
+
 #include <unistd.h>
 
 namespace {
@@ -417,6 +420,61 @@ TEST_F(DxfProxyTest, ClassesOutsideModulesAreNotProxies) {
   EXPECT_TRUE(odDbDxfIsProxyClass(OdDbProxyEntity::desc()));
   EXPECT_FALSE(odDbDxfIsProxyClass(OdDbLine::desc()));
   EXPECT_FALSE(odDbDxfIsProxyClass(nullptr));
+}
+
+/// The layer indexes the graphics of the first proxy entity of a file send, decoded from its
+/// 310 lines after group 160.
+std::vector<int> graphicsLayerIndexes(const std::string& text) {
+  const std::size_t proxy = text.find("ACAD_PROXY_ENTITY", text.find("ENTITIES"));
+  std::size_t at = text.find("\n160\n", proxy);
+  at = text.find('\n', at + 5) + 1;
+  std::string bytes;
+  while (text.compare(at, 4, "310\n") == 0) {
+    const std::size_t end = text.find('\n', at + 4);
+    for (std::size_t i = at + 4; i + 1 < end; i += 2)
+      bytes += static_cast<char>(std::stoi(text.substr(i, 2), nullptr, 16));
+    at = end + 1;
+  }
+  auto u32 = [&](std::size_t i) {
+    std::uint32_t v = 0;
+    for (int k = 3; k >= 0; --k)
+      v = (v << 8) | static_cast<unsigned char>(bytes.at(i + static_cast<std::size_t>(k)));
+    return v;
+  };
+  std::vector<int> layers;
+  for (std::size_t i = 8; i + 8 <= bytes.size(); i += u32(i)) {
+    if (u32(i) < 8)
+      break;
+    if (u32(i + 4) == 16) // layer index
+      layers.push_back(static_cast<int>(u32(i + 8)));
+  }
+  return layers;
+}
+
+TEST_F(DxfProxyTest, GraphicsNumberLayersByTheTablesOfTheDrawingBeingSaved) {
+  // Two saves in a row on one thread, the second of a drawing where the shapes' layer comes
+  // later in the table: each file's graphics must use its own drawing's order.
+  for (int extra = 0; extra < 3; extra += 2) {
+    OdDbDatabasePtr db = OdDbDatabase::createObject();
+    OdDbLayerTablePtr table = db->getLayerTableId().safeOpenObject(OdDb::kForWrite);
+    for (int i = 0; i < extra; ++i) {
+      OdDbLayerTableRecordPtr before = OdDbLayerTableRecord::createObject();
+      before->setName(OdString::fromUtf8("Before" + std::to_string(i)));
+      table->add(before);
+    }
+    OdDbLayerTableRecordPtr layer = OdDbLayerTableRecord::createObject();
+    layer->setName("Shapes");
+    const OdDbObjectId shapesLayer = table->add(layer);
+    OdDbBlockTableRecordPtr space = db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
+    OdSmartPtr<ProxyTestShape> shape = ProxyTestShape::createObject();
+    shape->marker = shapesLayer;
+    shape->setLayer(shapesLayer);
+    space->appendOdDbEntity(shape);
+    ASSERT_EQ(odDbWriteDxf(db, OdString::fromUtf8(file("a.dxf"))), eOk);
+    // Layer "0" is first, then the extra layers, then the shapes' layer.
+    EXPECT_EQ(graphicsLayerIndexes(readAll(file("a.dxf"))), std::vector<int>{1 + extra})
+        << extra << " layers before";
+  }
 }
 
 } // namespace
