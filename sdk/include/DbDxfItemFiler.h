@@ -34,10 +34,26 @@
 
 class OdDbDxfItemFiler : public OdDbDxfFiler {
 public:
-  /// One group-code / value pair.
+  /// One group-code / value pair. A reader that has parsed a value already (the drawing-file
+  /// reader checks every value as it reads the file) hands the result over with the item, so
+  /// the value is not parsed a second time; items made from text alone keep form kText.
   struct Item {
+    /// What the item holds besides the code.
+    enum Form : unsigned char {
+      kText,    ///< value only
+      kReal,    ///< value, and real: the double it reads as
+      kInteger, ///< value, and integer: the integer it reads as
+      kBytes    ///< bytes: a binary group's data, decoded; value is empty
+    };
+    Item() = default;
+    Item(int groupCode, const OdString& text) : code(groupCode), value(text) {}
+
     int code = 0;
     OdString value;
+    Form form = kText;
+    double real = 0.0;
+    OdInt64 integer = 0;
+    OdUInt8Array bytes;
   };
   typedef std::vector<Item> ItemArray;
 
@@ -112,7 +128,8 @@ public:
   /// True at the end of the items or when the next item is a group 0 (the next object).
   bool atEndOfObject() override;
 
-  /// The text of the current item, whatever its code.
+  /// The text of the current item, whatever its code; binary data held as bytes reads as
+  /// upper-case hex.
   OdString rdString() override;
   /// Only "0" and "1" are booleans.
   bool rdBool() override;

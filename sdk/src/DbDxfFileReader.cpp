@@ -58,6 +58,10 @@ std::string quoted(std::string_view text) {
 // Value parsing. Blanks around a value are allowed, as DXF writers pad numbers.
 
 std::string_view trimmed(std::string_view text) {
+  // The usual value has no blanks at either end.
+  if (text.empty() ||
+      (text.front() != ' ' && text.front() != '\t' && text.back() != ' ' && text.back() != '\t'))
+    return text;
   std::size_t begin = 0;
   std::size_t end = text.size();
   while (begin < end && (text[begin] == ' ' || text[begin] == '\t'))
@@ -105,29 +109,90 @@ bool parseDouble(std::string_view text, double& value) {
   return r.ec == std::errc() && r.ptr == end && std::isfinite(value);
 }
 
-/// True for the characters of hex digits, in either letter case.
+/// The value of each hex digit in either letter case, -1 for every other character.
 struct HexTable {
-  bool digit[256] = {};
+  signed char value[256];
   HexTable() {
-    for (const char c : std::string_view("0123456789ABCDEFabcdef"))
-      digit[static_cast<unsigned char>(c)] = true;
+    for (signed char& v : value)
+      v = -1;
+    for (int i = 0; i < 10; ++i)
+      value['0' + i] = static_cast<signed char>(i);
+    for (int i = 0; i < 6; ++i) {
+      value['A' + i] = static_cast<signed char>(10 + i);
+      value['a' + i] = static_cast<signed char>(10 + i);
+    }
   }
+  int operator[](char c) const { return value[static_cast<unsigned char>(c)]; }
 };
 const HexTable kHex;
 
 bool isHex(std::string_view text) {
+  // No branch per character: a single non-digit makes the OR of the values negative.
+  int all = 0;
   for (char c : text)
-    if (!kHex.digit[static_cast<unsigned char>(c)])
-      return false;
-  return true;
+    all |= kHex[c];
+  return all >= 0;
 }
 
-/// One group: its code, the value line (a view into the file's text) and the line number of
-/// the code.
+/// The byte of every pair of hex digits, by the two characters as they lie in memory, and -1
+/// for every pair that is not two hex digits: binary data is checked and decoded a pair at a
+/// time.
+struct HexPairTable {
+  std::int16_t value[65536];
+  HexPairTable() {
+    for (int first = 0; first < 256; ++first)
+      for (int second = 0; second < 256; ++second) {
+        const char pair[2] = {static_cast<char>(first), static_cast<char>(second)};
+        std::uint16_t key = 0;
+        std::memcpy(&key, pair, 2);
+        const int high = kHex[pair[0]];
+        const int low = kHex[pair[1]];
+        value[key] = static_cast<std::int16_t>(high < 0 || low < 0 ? -1 : (high << 4) | low);
+      }
+  }
+  int operator()(const char* pair) const {
+    std::uint16_t key = 0;
+    std::memcpy(&key, pair, 2);
+    return value[key];
+  }
+};
+const HexPairTable kHexPairs;
+
+/// True for an even number of hex digits.
+bool isBinary(std::string_view text) {
+  if (text.size() % 2 != 0)
+    return false;
+  int all = 0;
+  for (std::size_t i = 0; i < text.size(); i += 2)
+    all |= kHexPairs(text.data() + i);
+  return all >= 0;
+}
+
+/// Two hex digits a byte, from text isBinary() took.
+void decodeHex(std::string_view text, OdUInt8* out) {
+  for (std::size_t i = 0; i + 1 < text.size(); i += 2)
+    *out++ = static_cast<OdUInt8>(kHexPairs(text.data() + i));
+}
+
+/// A signed number the group check and the item filer read alike: all but a '+' right before
+/// a '-', which the check takes and the filer refuses.
+bool filerReadsAlike(std::string_view text) {
+  std::size_t i = 0;
+  while (i < text.size() && (text[i] == ' ' || text[i] == '\t'))
+    ++i;
+  return !(i + 1 < text.size() && text[i] == '+' && text[i + 1] == '-');
+}
+
+/// One group: its code, the value line (a view into the file's text), the line number of
+/// the code, and for numbers the value the check parsed (parsed is false for other groups, and
+/// for the rare text the item filer would read differently, which it then parses itself).
 struct Group {
   int code = 0;
   std::string_view value;
   std::size_t line = 0;
+  bool parsed = false;
+  double real = 0.0;
+  long long integer = 0;
 };
 
 /// Reads the whole file, then hands out its groups and checks each value against its code's
@@ -242,28 +307,29 @@ private:
 
   static constexpr std::size_t kReleaseStep = std::size_t(8) << 20;
 
-  static void check(const Group& g) {
+  static void check(Group& g) {
     const std::size_t valueLine = g.line + 1;
+    g.parsed = false;
     switch (OdDbDxfItemFiler::valueType(g.code)) {
     case OdDbDxfItemFiler::kInvalidCode:
       fail(g.line, "group code " + std::to_string(g.code) + " does not exist");
     case OdDbDxfItemFiler::kString:
       return;
     case OdDbDxfItemFiler::kDouble: {
-      double d = 0.0;
-      if (!parseDouble(g.value, d))
+      if (!parseDouble(g.value, g.real))
         fail(valueLine,
              "group " + std::to_string(g.code) + " needs a number, found " + quoted(g.value));
+      g.parsed = filerReadsAlike(g.value);
       return;
     }
     case OdDbDxfItemFiler::kInt16:
     case OdDbDxfItemFiler::kInt32:
     case OdDbDxfItemFiler::kInt64:
     case OdDbDxfItemFiler::kBool: {
-      long long i = 0;
-      if (!parseInteger(g.value, i))
+      if (!parseInteger(g.value, g.integer))
         fail(valueLine,
              "group " + std::to_string(g.code) + " needs an integer, found " + quoted(g.value));
+      g.parsed = filerReadsAlike(g.value);
       return;
     }
     case OdDbDxfItemFiler::kHandle: {
@@ -275,7 +341,7 @@ private:
     }
     case OdDbDxfItemFiler::kBinary: {
       const std::string_view t = trimmed(g.value);
-      if (!isHex(t) || t.size() % 2 != 0)
+      if (!isBinary(t))
         fail(valueLine, "group " + std::to_string(g.code) +
                             " needs binary data as an even number of hex digits, found " +
                             quoted(g.value));
@@ -311,12 +377,16 @@ struct FileObject {
 };
 
 long long integerOf(const Group& g) {
+  if (g.parsed)
+    return g.integer;
   long long value = 0;
   parseInteger(g.value, value); // checked when read
   return value;
 }
 
 double doubleOf(const Group& g) {
+  if (g.parsed)
+    return g.real;
   double value = 0.0;
   parseDouble(g.value, value); // checked when read
   return value;
@@ -502,12 +572,44 @@ private:
     return true;
   }
 
-  /// The value of a group as the item filer holds it. Values of every type but strings were
-  /// checked as numbers, handles or hex when read, so they are plain ASCII.
-  OdString itemText(const Group& g) const {
-    if (OdDbDxfItemFiler::valueType(g.code) != OdDbDxfItemFiler::kString)
-      return OdString(std::u16string(g.value.begin(), g.value.end()));
-    return text(g.value);
+  /// A group as the item filer holds it, with the numbers the check parsed and binary data
+  /// decoded straight from the file's text. Values of every type but strings were checked as
+  /// numbers, handles or hex when read, so they are plain ASCII.
+  OdDbDxfItemFiler::Item item(const Group& g) const {
+    typedef OdDbDxfItemFiler::Item Item;
+    Item result;
+    result.code = g.code;
+    switch (OdDbDxfItemFiler::valueType(g.code)) {
+    case OdDbDxfItemFiler::kString:
+      result.value = text(g.value);
+      return result;
+    case OdDbDxfItemFiler::kBinary: {
+      const std::string_view t = trimmed(g.value);
+      result.form = Item::kBytes;
+      result.bytes.resize(static_cast<OdUInt8Array::size_type>(t.size() / 2));
+      decodeHex(t, result.bytes.asArrayPtr());
+      return result;
+    }
+    case OdDbDxfItemFiler::kDouble:
+      if (g.parsed) {
+        result.form = Item::kReal;
+        result.real = g.real;
+      }
+      break;
+    case OdDbDxfItemFiler::kInt16:
+    case OdDbDxfItemFiler::kInt32:
+    case OdDbDxfItemFiler::kInt64:
+    case OdDbDxfItemFiler::kBool:
+      if (g.parsed) {
+        result.form = Item::kInteger;
+        result.integer = g.integer;
+      }
+      break;
+    default:
+      break;
+    }
+    result.value = OdString(std::u16string(g.value.begin(), g.value.end()));
+    return result;
   }
 
   OdDbObjectId recordIn(OdDbObjectId tableId, const Group& nameGroup, const char* what) {
@@ -963,9 +1065,10 @@ private:
       ownerId = paperSpace ? m_db->getPaperSpaceId() : m_db->getModelSpaceId();
 
     m_items.clear();
-    m_items.reserve(last - first);
+    // Extended data before any subclass marker leaves the class nothing to read.
+    m_items.reserve(first < last ? last - first : 0);
     for (std::size_t i = first; i < last; ++i)
-      m_items.push_back(OdDbDxfItemFiler::Item{o.groups[i].code, itemText(o.groups[i])});
+      m_items.push_back(item(o.groups[i]));
     m_filer.openForRead(std::move(m_items), m_db);
 
     const OdString dxfName = text(o.type);
@@ -1226,9 +1329,10 @@ private:
   /// null when neither knows it.
   OdDbObjectPtr readObject(const FileObject& o, const ObjectParts& parts) {
     m_items.clear();
-    m_items.reserve(parts.last - parts.first);
+    // Extended data before any subclass marker leaves the class nothing to read.
+    m_items.reserve(parts.first < parts.last ? parts.last - parts.first : 0);
     for (std::size_t i = parts.first; i < parts.last; ++i)
-      m_items.push_back(OdDbDxfItemFiler::Item{o.groups[i].code, itemText(o.groups[i])});
+      m_items.push_back(item(o.groups[i]));
     m_filer.openForRead(std::move(m_items), m_db);
     const std::string handle(trimmed(parts.handle->value));
     const OdString dxfName = text(o.type);

@@ -224,74 +224,103 @@ bool hasLineBreak(const OdString& value) {
 
 } // namespace
 
+namespace {
+
+OdDbDxfItemFiler::ValueType computeValueType(int code);
+
+/// The value type of every code up to 1071, looked up instead of walking the ranges: readers
+/// ask for it once or twice for every value of a drawing.
+struct ValueTypes {
+  static constexpr int kCount = 1072;
+  unsigned char type[kCount];
+  ValueTypes() {
+    for (int code = 0; code < kCount; ++code)
+      type[code] = static_cast<unsigned char>(computeValueType(code));
+  }
+};
+
+} // namespace
+
 OdDbDxfItemFiler::ValueType OdDbDxfItemFiler::valueType(int code) {
+  static const ValueTypes types;
+  if (code >= 0 && code < ValueTypes::kCount)
+    return static_cast<ValueType>(types.type[code]);
+  return computeValueType(code);
+}
+
+namespace {
+
+OdDbDxfItemFiler::ValueType computeValueType(int code) {
+  typedef OdDbDxfItemFiler F;
   if (code == 5 || code == 105)
-    return kHandle; // the object's own handle, and a dimension style's
+    return F::kHandle; // the object's own handle, and a dimension style's
   if (code >= 0 && code <= 9)
-    return kString;
+    return F::kString;
   if (code >= 10 && code <= 59)
-    return kDouble;
+    return F::kDouble;
   if (code >= 60 && code <= 79)
-    return kInt16;
+    return F::kInt16;
   if (code >= 90 && code <= 99)
-    return kInt32;
+    return F::kInt32;
   if (code >= 100 && code <= 102)
-    return kString; // subclass marker, embedded object, control string
+    return F::kString; // subclass marker, embedded object, control string
   if (code >= 110 && code <= 149)
-    return kDouble;
+    return F::kDouble;
   if (code >= 160 && code <= 169)
-    return kInt64;
+    return F::kInt64;
   if (code >= 170 && code <= 179)
-    return kInt16;
+    return F::kInt16;
   if (code >= 210 && code <= 239)
-    return kDouble;
+    return F::kDouble;
   if (code >= 270 && code <= 289)
-    return kInt16;
+    return F::kInt16;
   if (code >= 290 && code <= 299)
-    return kBool;
+    return F::kBool;
   if (code >= 300 && code <= 309)
-    return kString;
+    return F::kString;
   if (code >= 310 && code <= 319)
-    return kBinary;
+    return F::kBinary;
   if (code >= 320 && code <= 369)
-    return kHandle;
+    return F::kHandle;
   if (code >= 370 && code <= 389)
-    return kInt16;
+    return F::kInt16;
   if (code >= 390 && code <= 399)
-    return kHandle;
+    return F::kHandle;
   if (code >= 400 && code <= 409)
-    return kInt16;
+    return F::kInt16;
   if (code >= 410 && code <= 419)
-    return kString;
+    return F::kString;
   if (code >= 420 && code <= 429)
-    return kInt32;
+    return F::kInt32;
   if (code >= 430 && code <= 439)
-    return kString;
+    return F::kString;
   if (code >= 440 && code <= 459)
-    return kInt32;
+    return F::kInt32;
   if (code >= 460 && code <= 469)
-    return kDouble;
+    return F::kDouble;
   if (code >= 470 && code <= 479)
-    return kString;
+    return F::kString;
   if (code == 480 || code == 481)
-    return kHandle;
+    return F::kHandle;
   if (code == 999)
-    return kString; // comment
+    return F::kString; // comment
   // Extended data.
   if (code == 1004)
-    return kBinary;
+    return F::kBinary;
   if (code == 1005)
-    return kHandle;
+    return F::kHandle;
   if (code >= 1000 && code <= 1009)
-    return kString;
+    return F::kString;
   if (code >= 1010 && code <= 1059)
-    return kDouble;
+    return F::kDouble;
   if (code >= 1060 && code <= 1070)
-    return kInt16;
+    return F::kInt16;
   if (code == 1071)
-    return kInt32;
-  return kInvalidCode;
+    return F::kInt32;
+  return F::kInvalidCode;
 }
+
+} // namespace
 
 OdDbDxfItemFiler::OdDbDxfItemFiler() = default;
 
@@ -409,8 +438,9 @@ bool OdDbDxfItemFiler::readSigned(OdInt64 min, OdInt64 max, OdInt64& value) {
   const Item* item = current();
   if (!item)
     return false;
-  OdInt64 parsed = 0;
-  if (!isIntegerType(valueType(item->code)) || !parseInteger(item->value, parsed) || parsed < min ||
+  OdInt64 parsed = item->integer;
+  if (!isIntegerType(valueType(item->code)) ||
+      (item->form != Item::kInteger && !parseInteger(item->value, parsed)) || parsed < min ||
       parsed > max) {
     fail(eInvalidDxfCode);
     return false;
@@ -421,7 +451,17 @@ bool OdDbDxfItemFiler::readSigned(OdInt64 min, OdInt64 max, OdInt64& value) {
 
 OdString OdDbDxfItemFiler::rdString() {
   const Item* item = current();
-  return item ? item->value : OdString();
+  if (!item)
+    return OdString();
+  if (item->form != Item::kBytes)
+    return item->value;
+  std::u16string units(2 * static_cast<std::size_t>(item->bytes.size()), u'0');
+  std::size_t at = 0;
+  for (OdUInt8 byte : item->bytes) {
+    units[at++] = static_cast<char16_t>(kHexPairs.digits[byte][0]);
+    units[at++] = static_cast<char16_t>(kHexPairs.digits[byte][1]);
+  }
+  return OdString(std::move(units));
 }
 
 bool OdDbDxfItemFiler::rdBool() {
@@ -455,8 +495,9 @@ double OdDbDxfItemFiler::rdDouble() {
   const Item* item = current();
   if (!item)
     return 0.0;
-  double value = 0.0;
-  if (valueType(item->code) != kDouble || !parseDouble(item->value, value)) {
+  double value = item->real;
+  if (valueType(item->code) != kDouble ||
+      (item->form != Item::kReal && !parseDouble(item->value, value))) {
     fail(eInvalidDxfCode);
     return 0.0;
   }
@@ -480,8 +521,10 @@ bool OdDbDxfItemFiler::readCoordinates(int count, int optionalCount, double* coo
       coords[i] = 0.0;
       break;
     }
-    if (valueType(m_items[index].code) != kDouble ||
-        !parseDouble(m_items[index].value, coords[i])) {
+    const Item& coordinate = m_items[index];
+    if (coordinate.form == Item::kReal && valueType(coordinate.code) == kDouble) {
+      coords[i] = coordinate.real;
+    } else if (valueType(coordinate.code) != kDouble || !parseDouble(coordinate.value, coords[i])) {
       fail(eInvalidDxfCode);
       return false;
     }
@@ -540,6 +583,10 @@ void OdDbDxfItemFiler::rdBinaryChunk(OdUInt8Array& data) {
   const Item* item = current();
   if (!item)
     return;
+  if (item->form == Item::kBytes && valueType(item->code) == kBinary) {
+    data.append(item->bytes);
+    return;
+  }
   NumericText text;
   if (valueType(item->code) != kBinary || !text.set(item->value) || text.size() % 2 != 0) {
     fail(eInvalidDxfCode);

@@ -15,6 +15,7 @@
 #include "RxObjectImpl.h"
 
 #include <charconv>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -302,6 +303,9 @@ struct ProxyGroups {
 
   /// The whole value as a decimal integer: blanks before and after it are allowed, and a sign.
   long long integer(std::size_t item) const {
+    // A reader that parsed the number already (the drawing-file reader) takes the same texts.
+    if (items[item].form == OdDbDxfItemFiler::Item::kInteger)
+      return items[item].integer;
     const std::u16string& units = items[item].value.str();
     std::size_t i = 0;
     while (i < units.size() && isBlank(units[i]))
@@ -329,16 +333,27 @@ struct ProxyGroups {
     fail(item, OD_T("not an integer: ") + items[item].value);
   }
 
-  /// The bytes of the binary groups of code that follow pos (blanks inside are skipped).
+  /// The bytes of the binary groups of code that follow pos (blanks inside are skipped). Items
+  /// holding their bytes decoded already are copied as they are.
   OdUInt8Array binary(int code) {
     std::size_t total = 0;
     for (std::size_t at = pos; at < items.size() && items[at].code == code; ++at)
-      total += items[at].value.str().size() / 2;
+      total += items[at].form == OdDbDxfItemFiler::Item::kBytes
+                   ? static_cast<std::size_t>(items[at].bytes.size())
+                   : items[at].value.str().size() / 2;
     OdUInt8Array bytes;
     bytes.resize(static_cast<OdUInt8Array::size_type>(total));
     OdUInt8* out = bytes.asArrayPtr();
     std::size_t used = 0;
     while (pos < items.size() && items[pos].code == code) {
+      if (items[pos].form == OdDbDxfItemFiler::Item::kBytes) {
+        const OdUInt8Array& chunk = items[pos].bytes;
+        if (!chunk.isEmpty())
+          std::memcpy(out + used, chunk.asArrayPtr(), chunk.size());
+        used += chunk.size();
+        ++pos;
+        continue;
+      }
       const std::u16string& units = items[pos].value.str();
       if (!decodePlain(units, out + used))
         decodeSpaced(units, out, used);

@@ -572,3 +572,92 @@ TEST(DxfItemFilerTest, ItemsTakenOverReadLikeCopiedOnes) {
 }
 
 } // namespace
+
+// A reader that parsed values already hands them over in the items; the filer then takes the
+// parsed value (not the text) and still checks the value type of the code and the width.
+TEST(DxfItemFilerTest, ParsedValuesAreTakenAsGivenAndStillChecked) {
+  Items items(6);
+  items[0].code = 40; // the text says otherwise: the parsed value wins
+  items[0].value = OD_T("9");
+  items[0].form = Item::kReal;
+  items[0].real = 0.1;
+  items[1].code = 10; // a point from parsed coordinates
+  items[1].form = Item::kReal;
+  items[1].real = -2.5;
+  items[2].code = 20;
+  items[2].form = Item::kReal;
+  items[2].real = 1e300;
+  items[3].code = 90;
+  items[3].value = OD_T("70000");
+  items[3].form = Item::kInteger;
+  items[3].integer = 70000;
+  items[4].code = 310;
+  items[4].form = Item::kBytes;
+  items[4].bytes = OdUInt8Array{0xAB, 0x0F, 0x00, 0xFF};
+  items[5].code = 70; // too wide for a 16-bit read
+  items[5].form = Item::kInteger;
+  items[5].integer = 70000;
+
+  Filer filer;
+  filer.openForRead(items);
+  ASSERT_EQ(40, filer.nextItem());
+  EXPECT_EQ(0.1, filer.rdDouble());
+  ASSERT_EQ(10, filer.nextItem());
+  OdGePoint3d point;
+  filer.rdPoint3d(point);
+  EXPECT_EQ(OdGePoint3d(-2.5, 1e300, 0.0), point);
+  ASSERT_EQ(90, filer.nextItem());
+  EXPECT_EQ(70000, filer.rdInt32());
+  ASSERT_EQ(310, filer.nextItem());
+  OdUInt8Array data{0x01};
+  filer.rdBinaryChunk(data);
+  EXPECT_EQ((OdUInt8Array{0x01, 0xAB, 0x0F, 0x00, 0xFF}), data);
+  EXPECT_EQ("AB0F00FF", utf8(filer.rdString()));
+  EXPECT_EQ(eOk, filer.filerStatus());
+  ASSERT_EQ(70, filer.nextItem());
+  EXPECT_EQ(0, filer.rdInt16());
+  EXPECT_EQ(eInvalidDxfCode, filer.filerStatus());
+
+  // A parsed value at a code of another type is refused like its text would be.
+  const struct {
+    const char* name;
+    Item item;
+    std::function<void(Filer&)> read;
+  } refused[] = {
+      {"real at an integer code",
+       [] {
+         Item i(70, OD_T("1.5"));
+         i.form = Item::kReal;
+         i.real = 1.5;
+         return i;
+       }(),
+       [](Filer& f) { f.rdInt16(); }},
+      {"integer at a real code",
+       [] {
+         Item i(40, OD_T("x"));
+         i.form = Item::kInteger;
+         i.integer = 3;
+         return i;
+       }(),
+       [](Filer& f) { f.rdDouble(); }},
+      {"bytes at a string code",
+       [] {
+         Item i(1, OdString());
+         i.form = Item::kBytes;
+         i.bytes = OdUInt8Array{0x01};
+         return i;
+       }(),
+       [](Filer& f) {
+         OdUInt8Array d;
+         f.rdBinaryChunk(d);
+       }},
+  };
+  for (const auto& c : refused) {
+    SCOPED_TRACE(c.name);
+    Filer one;
+    one.openForRead(Items{c.item});
+    ASSERT_EQ(c.item.code, one.nextItem());
+    c.read(one);
+    EXPECT_EQ(eInvalidDxfCode, one.filerStatus());
+  }
+}

@@ -417,6 +417,29 @@ TEST_F(DxfFileTest, AFileLoadsFromAPipeAndWhenLargerThanThePartKeptInMemory) {
   EXPECT_EQ(model->entityIds().size(), 1u);
 }
 
+// Extended data before any subclass marker leaves the class no groups to read: an entity is
+// refused with its line, an object of a class that needs none reads as it is.
+TEST_F(DxfFileTest, ExtendedDataBeforeTheFirstSubclassMarker) {
+  Lines entity = validLines();
+  const Lines point = {"  0", "POINT", "  5", "A0", "1001", "ACAD", "100", "AcDbEntity"};
+  entity.insert(entity.begin() + 36, point.begin(), point.end());
+  Lines object = validLines();
+  const Lines dictionary = {"  0", "SECTION", "  2", "OBJECTS", "  0",  "DICTIONARY", "  5",
+                            "A0",  "330",     "0",   "1001",    "ACAD", "  0",        "ENDSEC"};
+  object.insert(object.begin() + 38, dictionary.begin(), dictionary.end());
+
+  writeAll(path("entity.dxf"), joined(entity));
+  OdDbDatabasePtr db;
+  OdString error;
+  EXPECT_NE(eOk, odDbReadDxf(path("entity.dxf").c_str(), db, &error));
+  EXPECT_NE(std::string::npos, error.toUtf8().find("line 37:")) << error.toUtf8();
+
+  writeAll(path("object.dxf"), joined(object));
+  error = OdString();
+  EXPECT_EQ(eOk, odDbReadDxf(path("object.dxf").c_str(), db, &error)) << error.toUtf8();
+  EXPECT_FALSE(db.isNull());
+}
+
 TEST_F(DxfFileTest, MalformedFilesAreRefusedWithTheLineOfTheFault) {
   struct Case {
     const char* name;
