@@ -6,6 +6,7 @@
 
 #include "DbDxfFile.h"
 #include "DbDxfProxy.h"
+#include "DbHexDigits.h"
 
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
@@ -109,28 +110,11 @@ bool parseDouble(std::string_view text, double& value) {
   return r.ec == std::errc() && r.ptr == end && std::isfinite(value);
 }
 
-/// The value of each hex digit in either letter case, -1 for every other character.
-struct HexTable {
-  signed char value[256];
-  HexTable() {
-    for (signed char& v : value)
-      v = -1;
-    for (int i = 0; i < 10; ++i)
-      value['0' + i] = static_cast<signed char>(i);
-    for (int i = 0; i < 6; ++i) {
-      value['A' + i] = static_cast<signed char>(10 + i);
-      value['a' + i] = static_cast<signed char>(10 + i);
-    }
-  }
-  int operator[](char c) const { return value[static_cast<unsigned char>(c)]; }
-};
-const HexTable kHex;
-
 bool isHex(std::string_view text) {
   // No branch per character: a single non-digit makes the OR of the values negative.
   int all = 0;
   for (char c : text)
-    all |= kHex[c];
+    all |= odDbHexDigit(static_cast<unsigned char>(c));
   return all >= 0;
 }
 
@@ -145,8 +129,8 @@ struct HexPairTable {
         const char pair[2] = {static_cast<char>(first), static_cast<char>(second)};
         std::uint16_t key = 0;
         std::memcpy(&key, pair, 2);
-        const int high = kHex[pair[0]];
-        const int low = kHex[pair[1]];
+        const int high = odDbHexDigit(static_cast<unsigned char>(pair[0]));
+        const int low = odDbHexDigit(static_cast<unsigned char>(pair[1]));
         value[key] = static_cast<std::int16_t>(high < 0 || low < 0 ? -1 : (high << 4) | low);
       }
   }

@@ -1,4 +1,5 @@
 #include "DbDxfItemFiler.h"
+#include "DbHexDigits.h"
 
 #include "DbDatabase.h"
 #include "Ge/GePoint2d.h"
@@ -131,24 +132,8 @@ bool parseDouble(const OdString& value, double& result) {
   return true;
 }
 
-/// The value of each hex digit in either letter case, -1 for every other character.
-struct HexDigits {
-  signed char value[256];
-  HexDigits() {
-    for (signed char& v : value)
-      v = -1;
-    for (int i = 0; i < 10; ++i)
-      value['0' + i] = static_cast<signed char>(i);
-    for (int i = 0; i < 6; ++i) {
-      value['A' + i] = static_cast<signed char>(10 + i);
-      value['a' + i] = static_cast<signed char>(10 + i);
-    }
-  }
-};
-const HexDigits kHexDigits;
-
 int hexDigit(char c) {
-  return kHexDigits.value[static_cast<unsigned char>(c)];
+  return odDbHexDigit(static_cast<unsigned char>(c));
 }
 
 bool parseHandle(const OdString& value, OdDbHandle& result) {

@@ -2,6 +2,7 @@
 // and the graphics its class draws, and the way back to a live object or a kept proxy.
 
 #include "DbDxfProxy.h"
+#include "DbHexDigits.h"
 
 #include "DbBitStream.h"
 #include "DbBlockTable.h"
@@ -37,25 +38,6 @@ const ProxyKind kEntityProxy = {OD_T("ACAD_PROXY_ENTITY"), OD_T("AcDbProxyEntity
 const ProxyKind kObjectProxy = {OD_T("ACAD_PROXY_OBJECT"), OD_T("AcDbProxyObject"), 499, false};
 constexpr int kFirstClassNumber = 500;
 constexpr int kDataDwgVersion = 33; // AC1032
-
-/// Hex digit values by ASCII code, -1 for what is not a digit; built at compile time so the
-/// decoding loops look values up without a first-use check.
-struct HexValues {
-  signed char value[128];
-};
-constexpr HexValues makeHexValues() {
-  HexValues table{};
-  for (signed char& v : table.value)
-    v = -1;
-  for (int i = 0; i < 10; ++i)
-    table.value['0' + i] = static_cast<signed char>(i);
-  for (int i = 0; i < 6; ++i) {
-    table.value['A' + i] = static_cast<signed char>(10 + i);
-    table.value['a' + i] = static_cast<signed char>(10 + i);
-  }
-  return table;
-}
-constexpr HexValues kHexValues = makeHexValues();
 
 /// Group codes of the handle list by DWG reference code (2 soft owner .. 5 hard pointer).
 int groupOfReference(int code) {
@@ -409,7 +391,7 @@ struct ProxyGroups {
   static bool isBlank(char16_t unit) { return unit == u' ' || (unit >= u'\t' && unit <= u'\r'); }
 
   /// The value of a hex digit in either letter case, -1 for anything else.
-  static int hexValue(char16_t unit) { return unit < 128 ? kHexValues.value[unit] : -1; }
+  static int hexValue(char16_t unit) { return odDbHexDigit(unit); }
 };
 
 /// A live object of cls from the parts, or null when the data does not read as that class.

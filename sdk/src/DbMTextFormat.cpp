@@ -1,4 +1,5 @@
 #include "DbMTextFormat.h"
+#include "DbHexDigits.h"
 
 #include "GiTextMetrics.h"
 
@@ -83,13 +84,7 @@ bool parseCount(const std::u16string& value, std::uint32_t& result) {
 }
 
 int hexValue(OdChar c) {
-  if (c >= '0' && c <= '9')
-    return c - '0';
-  if (c >= 'a' && c <= 'f')
-    return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F')
-    return c - 'A' + 10;
-  return -1;
+  return odDbHexDigit(c);
 }
 
 /// A \H or \W value: a positive number, absolute or, with a trailing 'x', a factor of the
