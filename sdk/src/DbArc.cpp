@@ -1,4 +1,5 @@
 #include "DbArc.h"
+#include "DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbFiler.h"
@@ -337,9 +338,8 @@ OdResult OdDbArc::dxfInFields(OdDbDxfFiler* filer) {
   double radius = 0.0;
   double thickness = 0.0;
   OdGeVector3d normal(0.0, 0.0, 1.0);
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
+  const OdResult groups = odDbReadDxfSubclassGroups(filer, [&](int code) {
+    switch (code) {
     case 10:
       filer->rdPoint3d(planeCenter);
       break;
@@ -352,41 +352,24 @@ OdResult OdDbArc::dxfInFields(OdDbDxfFiler* filer) {
     case 210:
       filer->rdVector3d(normal);
       break;
-    case 100:
-      // The arc's own subclass follows.
-      filer->pushBackItem();
-      more = false;
-      break;
     default:
       break;
     }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+  });
+  if (groups != eOk)
+    return groups;
   if (!filer->atSubclassData(OD_T("AcDbArc")))
     return eInvalidDxfCode;
   double startDegrees = 0.0;
   double endDegrees = 0.0;
-  more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
-    case 50:
+  const OdResult arcGroups = odDbReadDxfSubclassGroups(filer, [&](int code) {
+    if (code == 50)
       startDegrees = filer->rdDouble();
-      break;
-    case 51:
+    else if (code == 51)
       endDegrees = filer->rdDouble();
-      break;
-    case 100:
-      // The data of a derived class begins: leave it to that class.
-      filer->pushBackItem();
-      more = false;
-      break;
-    default:
-      break;
-    }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+  });
+  if (arcGroups != eOk)
+    return arcGroups;
   if (!odgeIsFinite(planeCenter) || !std::isfinite(radius) || !(radius > 0.0) ||
       !std::isfinite(thickness) || !odgeIsFinite(normal) || normal.isZeroLength() ||
       !std::isfinite(startDegrees) || !std::isfinite(endDegrees))

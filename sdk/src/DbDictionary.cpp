@@ -1,4 +1,5 @@
 #include "DbDictionary.h"
+#include "DbDxfGroups.h"
 
 #include "DbDatabase.h"
 #include "DbDwgStreamFiler.h"
@@ -271,9 +272,8 @@ OdResult OdDbDictionary::dxfInFields(OdDbDxfFiler* filer) {
   OdInt16 style = OdDb::kDrcIgnore;
   bool hard = false;
   bool pendingName = false;
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
+  const OdResult groups = odDbReadDxfSubclassGroups(filer, [&](int code) -> OdResult {
+    switch (code) {
     case 280:
       hard = filer->rdInt16() != 0;
       break;
@@ -297,16 +297,13 @@ OdResult OdDbDictionary::dxfInFields(OdDbDxfFiler* filer) {
       entries.back().id = filer->rdObjectId();
       pendingName = false;
       break;
-    case 100:
-      filer->pushBackItem();
-      more = false;
-      break;
     default:
       break;
     }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+    return eOk;
+  });
+  if (groups != eOk)
+    return groups;
   if (pendingName || style < OdDb::kDrcNotApplicable || style > OdDb::kDrcUnmangleName)
     return eInvalidDxfCode;
   if (hasDuplicates(entries))

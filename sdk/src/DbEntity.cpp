@@ -1,4 +1,5 @@
 #include "DbEntity.h"
+#include "DbDxfGroups.h"
 
 #include "DbDatabase.h"
 #include "DbFiler.h"
@@ -25,9 +26,10 @@ OdDbObjectId recordIdByName(OdDbDatabase* database, OdDbObjectId tableId, const 
 
 OdString recordName(OdDbObjectId id) {
   OdDbObjectPtr object = id.openObject();
-  OdDbSymbolTableRecord* record = object.isNull() ? nullptr
-                                                  : static_cast<OdDbSymbolTableRecord*>(
-                                                        object->queryX(OdDbSymbolTableRecord::desc()));
+  OdDbSymbolTableRecord* record =
+      object.isNull()
+          ? nullptr
+          : static_cast<OdDbSymbolTableRecord*>(object->queryX(OdDbSymbolTableRecord::desc()));
   if (!record)
     return OdString();
   OdString name = record->getName();
@@ -80,8 +82,9 @@ OdDbObjectId OdDbEntity::layerId() const {
 
 void OdDbEntity::setLayer(const OdString& layerName, bool doSubents) {
   OdDbDatabase* db = database();
-  setLayer(recordIdByName(db, db ? db->getLayerTableId() : OdDbObjectId(), layerName, OD_T("Layer")),
-           doSubents);
+  setLayer(
+      recordIdByName(db, db ? db->getLayerTableId() : OdDbObjectId(), layerName, OD_T("Layer")),
+      doSubents);
 }
 
 void OdDbEntity::setLayer(OdDbObjectId layerId, bool /*doSubents*/) {
@@ -255,9 +258,8 @@ OdResult OdDbEntity::dxfInFields(OdDbDxfFiler* filer) {
   OdInt16 lineWeight = OdDb::kLnWtByLayer;
   double scale = 1.0;
   OdInt16 visibility = OdDb::kVisible;
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
+  const OdResult groups = odDbReadDxfSubclassGroups(filer, [&](int code) {
+    switch (code) {
     case 8:
       layerName = filer->rdString();
       break;
@@ -280,17 +282,12 @@ OdResult OdDbEntity::dxfInFields(OdDbDxfFiler* filer) {
     case 60:
       visibility = filer->rdInt16();
       break;
-    case 100:
-      // The data of a derived class begins: leave it to that class.
-      filer->pushBackItem();
-      more = false;
-      break;
     default:
       break;
     }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+  });
+  if (groups != eOk)
+    return groups;
 
   // 62 is checked even when 420 overrides it: a bad number means a bad block.
   OdCmColor color;
@@ -366,7 +363,9 @@ void OdDbEntity::dxfOutFields(OdDbDxfFiler* filer) const {
 // ---------------------------------------------------------------------------------------------
 // Platform defaults of the overridable operations.
 
-bool OdDbEntity::subWorldDraw(OdGiWorldDraw* /*worldDraw*/) const { return false; }
+bool OdDbEntity::subWorldDraw(OdGiWorldDraw* /*worldDraw*/) const {
+  return false;
+}
 
 void OdDbEntity::subViewportDraw(OdGiViewportDraw* /*viewportDraw*/) const {}
 
@@ -394,12 +393,12 @@ OdResult OdDbEntity::subGetStretchPoints(OdGePoint3dArray& stretchPoints) const 
   return subGetGripPoints(stretchPoints);
 }
 
-OdResult OdDbEntity::subMoveStretchPointsAt(const OdIntArray& indices,
-                                            const OdGeVector3d& offset) {
+OdResult OdDbEntity::subMoveStretchPointsAt(const OdIntArray& indices, const OdGeVector3d& offset) {
   return subMoveGripPointsAt(indices, offset);
 }
 
-OdResult OdDbEntity::subGetOsnapPoints(OdDb::OsnapMode /*osnapMode*/, OdGsMarker /*gsSelectionMark*/,
+OdResult OdDbEntity::subGetOsnapPoints(OdDb::OsnapMode /*osnapMode*/,
+                                       OdGsMarker /*gsSelectionMark*/,
                                        const OdGePoint3d& /*pickPoint*/,
                                        const OdGePoint3d& /*lastPoint*/,
                                        const OdGeMatrix3d& /*xWorldToEye*/,
@@ -407,7 +406,9 @@ OdResult OdDbEntity::subGetOsnapPoints(OdDb::OsnapMode /*osnapMode*/, OdGsMarker
   return eNotApplicable;
 }
 
-OdResult OdDbEntity::subTransformBy(const OdGeMatrix3d& /*xform*/) { return eNotApplicable; }
+OdResult OdDbEntity::subTransformBy(const OdGeMatrix3d& /*xform*/) {
+  return eNotApplicable;
+}
 
 OdResult OdDbEntity::subGetTransformedCopy(const OdGeMatrix3d& xform, OdDbEntityPtr& copy) const {
   OdDbEntityPtr clone = OdDbEntity::cast(this->clone());
@@ -420,7 +421,9 @@ OdResult OdDbEntity::subGetTransformedCopy(const OdGeMatrix3d& xform, OdDbEntity
   return eOk;
 }
 
-OdResult OdDbEntity::subExplode(OdRxObjectPtrArray& /*entitySet*/) const { return eNotApplicable; }
+OdResult OdDbEntity::subExplode(OdRxObjectPtrArray& /*entitySet*/) const {
+  return eNotApplicable;
+}
 
 OdResult OdDbEntity::subIntersectWith(const OdDbEntity* /*other*/, OdDb::Intersect /*intType*/,
                                       OdGePoint3dArray& /*points*/, OdGsMarker /*thisGsMarker*/,

@@ -1,4 +1,5 @@
 #include "DbGroup.h"
+#include "DbDxfGroups.h"
 
 #include "DbDwgStreamFiler.h"
 #include "DbEntity.h"
@@ -205,9 +206,8 @@ OdResult OdDbGroup::dxfInFields(OdDbDxfFiler* filer) {
   OdInt16 anonymous = 0;
   OdInt16 selectable = 1;
   OdDbObjectIdArray ids;
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
+  const OdResult groups = odDbReadDxfSubclassGroups(filer, [&](int code) {
+    switch (code) {
     case 300:
       description = filer->rdString();
       break;
@@ -220,16 +220,12 @@ OdResult OdDbGroup::dxfInFields(OdDbDxfFiler* filer) {
     case 340:
       ids.append(filer->rdObjectId());
       break;
-    case 100:
-      filer->pushBackItem();
-      more = false;
-      break;
     default:
       break;
     }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+  });
+  if (groups != eOk)
+    return groups;
   if (anonymous < 0 || anonymous > 1 || selectable < 0 || selectable > 1 || hasRepeatedIds(ids))
     return eInvalidDxfCode;
   m_description = description;

@@ -1,4 +1,5 @@
 #include "DbHatch.h"
+#include "DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbDwgStreamFiler.h"
@@ -666,9 +667,8 @@ OdResult OdDbHatch::dxfInFields(OdDbDxfFiler* filer) {
   bool patternDouble = false;
   OdInt32 gradient = 0;
   bool seedsBegun = false;
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
+  const OdResult groups = odDbReadDxfSubclassGroups(filer, [&](int code) -> OdResult {
+    switch (code) {
     case 10: {
       OdGePoint3d point;
       filer->rdPoint3d(point);
@@ -723,17 +723,13 @@ OdResult OdDbHatch::dxfInFields(OdDbDxfFiler* filer) {
     case 450:
       gradient = filer->rdInt32();
       break;
-    case 100:
-      // The data of a derived class begins: leave it to that class.
-      filer->pushBackItem();
-      more = false;
-      break;
     default:
       break; // pattern definition lines, gradient details and the like are skipped
     }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+    return eOk;
+  });
+  if (groups != eOk)
+    return groups;
   if (!std::isfinite(elevation) || !isValidNormal(normal) || style < kNormal || style > kIgnore ||
       patternType < kUserDefined || patternType > kCustomDefined ||
       !std::isfinite(patternAngleDegrees) || !isValidScale(patternScale) || gradient < 0 ||

@@ -1,4 +1,5 @@
 #include "DbLine.h"
+#include "DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbFiler.h"
@@ -180,8 +181,8 @@ OdResult OdDbLine::dwgInFields(OdDbDwgFiler* filer) {
   const OdGeVector3d normal = filer->rdVector3d();
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  if (!odgeIsFinite(start) || !odgeIsFinite(end) || !std::isfinite(thickness) || !odgeIsFinite(normal) ||
-      normal.isZeroLength())
+  if (!odgeIsFinite(start) || !odgeIsFinite(end) || !std::isfinite(thickness) ||
+      !odgeIsFinite(normal) || normal.isZeroLength())
     return eInvalidInput;
   m_start = start;
   m_end = end;
@@ -211,9 +212,8 @@ OdResult OdDbLine::dxfInFields(OdDbDxfFiler* filer) {
   OdGePoint3d end;
   double thickness = 0.0;
   OdGeVector3d normal(0.0, 0.0, 1.0);
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
+  const OdResult groups = odDbReadDxfSubclassGroups(filer, [&](int code) {
+    switch (code) {
     case 10:
       filer->rdPoint3d(start);
       break;
@@ -226,19 +226,14 @@ OdResult OdDbLine::dxfInFields(OdDbDxfFiler* filer) {
     case 210:
       filer->rdVector3d(normal);
       break;
-    case 100:
-      // The data of a derived class begins: leave it to that class.
-      filer->pushBackItem();
-      more = false;
-      break;
     default:
       break;
     }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
-  if (!odgeIsFinite(start) || !odgeIsFinite(end) || !std::isfinite(thickness) || !odgeIsFinite(normal) ||
-      normal.isZeroLength())
+  });
+  if (groups != eOk)
+    return groups;
+  if (!odgeIsFinite(start) || !odgeIsFinite(end) || !std::isfinite(thickness) ||
+      !odgeIsFinite(normal) || normal.isZeroLength())
     return eInvalidInput;
   m_start = start;
   m_end = end;

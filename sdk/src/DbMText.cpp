@@ -1,4 +1,5 @@
 #include "DbMText.h"
+#include "DbDxfGroups.h"
 
 #include "DbDatabase.h"
 #include "DbFiler.h"
@@ -397,9 +398,8 @@ OdResult OdDbMText::dxfInFields(OdDbDxfFiler* filer) {
   OdString tail;
   OdString styleName;
   bool hasStyle = false;
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
+  const OdResult groups = odDbReadDxfSubclassGroups(filer, [&](int code) {
+    switch (code) {
     case 10:
       filer->rdPoint3d(location);
       break;
@@ -442,17 +442,12 @@ OdResult OdDbMText::dxfInFields(OdDbDxfFiler* filer) {
     case 44:
       lineSpacingFactor = filer->rdDouble();
       break;
-    case 100:
-      // Another class's data is left to that class.
-      filer->pushBackItem();
-      more = false;
-      break;
     default:
       break; // 42 and 43 are derived from the layout; other groups are not kept
     }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+  });
+  if (groups != eOk)
+    return groups;
   if (!odgeIsFinite(location) || !isNormal(normal) || !std::isfinite(rotation) ||
       !isLength(width) || !isLength(height) || !isPositive(textHeight) ||
       !isAttachment(attachment) || !isFlowDirection(flowDirection) ||

@@ -1,4 +1,5 @@
 #include "DbPoint.h"
+#include "DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbFiler.h"
@@ -119,9 +120,8 @@ OdResult OdDbPoint::dxfInFields(OdDbDxfFiler* filer) {
   double thickness = 0.0;
   OdGeVector3d normal(0.0, 0.0, 1.0);
   double ecsRotation = 0.0;
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
+  const OdResult groups = odDbReadDxfSubclassGroups(filer, [&](int code) {
+    switch (code) {
     case 10:
       filer->rdPoint3d(position);
       break;
@@ -134,17 +134,12 @@ OdResult OdDbPoint::dxfInFields(OdDbDxfFiler* filer) {
     case 50:
       ecsRotation = filer->rdDouble() / kDegreesPerRadian;
       break;
-    case 100:
-      // The data of a derived class begins: leave it to that class.
-      filer->pushBackItem();
-      more = false;
-      break;
     default:
       break;
     }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+  });
+  if (groups != eOk)
+    return groups;
   if (!odgeIsFinite(position) || !std::isfinite(thickness) || !odgeIsFinite(normal) ||
       normal.isZeroLength() || !std::isfinite(ecsRotation))
     return eInvalidInput;

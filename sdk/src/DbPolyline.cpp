@@ -1,4 +1,5 @@
 #include "DbPolyline.h"
+#include "DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbArc.h"
@@ -659,9 +660,7 @@ OdResult OdDbPolyline::dxfInFields(OdDbDxfFiler* filer) {
   double elevation = 0.0;
   double thickness = 0.0;
   OdGeVector3d normal(0.0, 0.0, 1.0);
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    const int groupCode = filer->nextItem();
+  const OdResult groups = odDbReadDxfSubclassGroups(filer, [&](int groupCode) -> OdResult {
     // Per-vertex groups before the first vertex belong to nothing and are refused.
     if ((groupCode == 40 || groupCode == 41 || groupCode == 42) && vertices.isEmpty())
       return eInvalidDxfCode;
@@ -701,17 +700,13 @@ OdResult OdDbPolyline::dxfInFields(OdDbDxfFiler* filer) {
     case 210:
       filer->rdVector3d(normal);
       break;
-    case 100:
-      // The data of a derived class begins: leave it to that class.
-      filer->pushBackItem();
-      more = false;
-      break;
     default:
       break;
     }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+    return eOk;
+  });
+  if (groups != eOk)
+    return groups;
   if (!isValidReadContent(elevation, thickness, constantWidth, normal, vertices))
     return eInvalidInput;
   m_vertices = vertices;

@@ -1,4 +1,5 @@
 #include "DbText.h"
+#include "DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbDatabase.h"
@@ -408,61 +409,55 @@ OdResult OdDbText::dxfInFields(OdDbDxfFiler* filer) {
   bool hasStyle = false;
   int horizontalMode = OdDb::kTextLeft;
   int verticalMode = OdDb::kTextBase;
-  bool more = true;
-  while (more && !filer->atEOF() && !filer->atEndOfObject() && filer->filerStatus() == eOk) {
-    switch (filer->nextItem()) {
-    case 10:
-      filer->rdPoint3d(position);
-      break;
-    case 11:
-      filer->rdPoint3d(alignmentPoint);
-      hasAlignmentPoint = true;
-      break;
-    case 39:
-      thickness = filer->rdDouble();
-      break;
-    case 40:
-      height = filer->rdDouble();
-      break;
-    case 1:
-      text = filer->rdString();
-      break;
-    case 50:
-      rotation = filer->rdDouble() / kDegreesPerRadian;
-      break;
-    case 41:
-      widthFactor = filer->rdDouble();
-      break;
-    case 51:
-      oblique = filer->rdDouble() / kDegreesPerRadian;
-      break;
-    case 7:
-      styleName = filer->rdString();
-      hasStyle = true;
-      break;
-    case 72:
-      horizontalMode = filer->rdInt16();
-      break;
-    case 73:
-      verticalMode = filer->rdInt16();
-      break;
-    case 210:
-      filer->rdVector3d(normal);
-      break;
-    case 100:
-      // The second "AcDbText" marker comes before the vertical mode; any other class's data
-      // is left to that class.
-      if (filer->rdString() != OD_T("AcDbText")) {
-        filer->pushBackItem();
-        more = false;
-      }
-      break;
-    default:
-      break;
-    }
-  }
-  if (filer->filerStatus() != eOk)
-    return filer->filerStatus();
+  const OdResult groups = odDbReadDxfSubclassGroups(
+      filer,
+      [&](int code) {
+        switch (code) {
+        case 10:
+          filer->rdPoint3d(position);
+          break;
+        case 11:
+          filer->rdPoint3d(alignmentPoint);
+          hasAlignmentPoint = true;
+          break;
+        case 39:
+          thickness = filer->rdDouble();
+          break;
+        case 40:
+          height = filer->rdDouble();
+          break;
+        case 1:
+          text = filer->rdString();
+          break;
+        case 50:
+          rotation = filer->rdDouble() / kDegreesPerRadian;
+          break;
+        case 41:
+          widthFactor = filer->rdDouble();
+          break;
+        case 51:
+          oblique = filer->rdDouble() / kDegreesPerRadian;
+          break;
+        case 7:
+          styleName = filer->rdString();
+          hasStyle = true;
+          break;
+        case 72:
+          horizontalMode = filer->rdInt16();
+          break;
+        case 73:
+          verticalMode = filer->rdInt16();
+          break;
+        case 210:
+          filer->rdVector3d(normal);
+          break;
+        default:
+          break;
+        }
+      },
+      OD_T("AcDbText"));
+  if (groups != eOk)
+    return groups;
   if (!odgeIsFinite(position) || !odgeIsFinite(alignmentPoint) || !odgeIsFinite(normal) ||
       normal.isZeroLength() || !std::isfinite(thickness) || !isPositive(height) ||
       !std::isfinite(rotation) || !isPositive(widthFactor) || !isObliqueAngle(oblique) ||
