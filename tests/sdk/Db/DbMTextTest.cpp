@@ -12,6 +12,8 @@
 #include "RxDictionary.h"
 #include "RxObjectImpl.h"
 
+#include "TextDxfFixture.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -284,45 +286,12 @@ TEST(MText, ShortOrCorruptDwgStreamIsRefusedWithoutChange) {
   }
 }
 
-class MTextDxf : public ::testing::Test {
+class MTextDxf : public TextDxfFixture {
 protected:
-  void SetUp() override {
-    db = OdDbDatabase::createObject();
-    OdDbTextStyleTablePtr styles = db->getTextStyleTableId().safeOpenObject(OdDb::kForWrite);
-    OdDbTextStyleTableRecordPtr hz = OdDbTextStyleTableRecord::createObject();
-    hz->setName(OD_T("hztxt_txtstyle_0_0"));
-    hzStyle = styles->add(hz);
-  }
-
-  OdDbDxfItemFiler::ItemArray write(const OdDbMText* mtext) {
-    DxfFiler filer;
-    filer.openForWrite(db.get());
-    mtext->dxfOutFields(&filer);
-    EXPECT_EQ(eOk, filer.filerStatus());
-    return filer.items();
-  }
-
-  OdResult read(const OdDbDxfItemFiler::ItemArray& items, OdDbMText* mtext) {
-    DxfFiler filer;
-    filer.openForRead(items, db.get());
-    return mtext->dxfInFields(&filer);
-  }
-
-  /// The items from the "AcDbMText" marker on.
   static std::vector<std::pair<int, std::string>>
   mtextItems(const OdDbDxfItemFiler::ItemArray& items) {
-    std::vector<std::pair<int, std::string>> result;
-    bool in = false;
-    for (const auto& item : items) {
-      in = in || (item.code == 100 && item.value == OdString(OD_T("AcDbMText")));
-      if (in)
-        result.emplace_back(item.code, item.value.toUtf8());
-    }
-    return result;
+    return itemsFrom(items, OD_T("AcDbMText"));
   }
-
-  OdDbDatabasePtr db;
-  OdDbObjectId hzStyle;
 };
 
 TEST_F(MTextDxf, WritesTheGroupCodesInFormatOrder) {

@@ -9,6 +9,8 @@
 #include "RxDictionary.h"
 #include "RxObjectImpl.h"
 
+#include "TextDxfFixture.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -246,39 +248,12 @@ TEST(Text, ShortOrCorruptDwgStreamIsRefusedWithoutChange) {
   EXPECT_EQ(2.5, fresh->height());
 }
 
-class TextDxf : public ::testing::Test {
+class TextDxf : public TextDxfFixture {
 protected:
-  void SetUp() override {
-    db = OdDbDatabase::createObject();
-    OdDbTextStyleTablePtr styles = db->getTextStyleTableId().safeOpenObject(OdDb::kForWrite);
-    OdDbTextStyleTableRecordPtr hz = OdDbTextStyleTableRecord::createObject();
-    hz->setName(OD_T("hztxt_txtstyle_0_0"));
-    hzStyle = styles->add(hz);
-  }
-
-  OdDbDxfItemFiler::ItemArray write(const OdDbText* text) {
-    DxfFiler filer;
-    filer.openForWrite(db.get());
-    text->dxfOutFields(&filer);
-    EXPECT_EQ(eOk, filer.filerStatus());
-    return filer.items();
-  }
-
-  /// The items from the first "AcDbText" marker on.
   static std::vector<std::pair<int, std::string>>
   textItems(const OdDbDxfItemFiler::ItemArray& items) {
-    std::vector<std::pair<int, std::string>> result;
-    bool in = false;
-    for (const auto& item : items) {
-      in = in || (item.code == 100 && item.value == OdString(OD_T("AcDbText")));
-      if (in)
-        result.emplace_back(item.code, item.value.toUtf8());
-    }
-    return result;
+    return itemsFrom(items, OD_T("AcDbText"));
   }
-
-  OdDbDatabasePtr db;
-  OdDbObjectId hzStyle;
 };
 
 TEST_F(TextDxf, WritesTheGroupCodesInFormatOrder) {
