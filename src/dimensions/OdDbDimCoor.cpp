@@ -2,6 +2,7 @@
 
 #include "BrevantApp.h"
 #include "DbFiler.h"
+#include "Ge/GeFinite.h"
 #include "Gi/GiWorldDraw.h"
 #include "OdError.h"
 #include "common/CustFiling.h"
@@ -83,32 +84,37 @@ void appendLeaderSnaps(OdDb::OsnapMode mode, const OdGePoint3d& startPt, const O
   }
 }
 
-} // namespace custents
+const OdString kCoordinateXPrefix(OD_T("X="));
+const OdString kCoordinateYPrefix(OD_T("Y="));
 
-namespace {
-
-const OdString kXPrefix(OD_T("X="));
-const OdString kYPrefix(OD_T("Y="));
-
-OdCmColor defaultGreen() {
+OdCmColor defaultCoordinateColor() {
   OdCmColor green;
   green.setRGB(0, 255, 0);
   return green;
 }
 
-bool isFinite(const OdGePoint3d& p) {
-  return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+OdDbLinePtr newDimensionLine(const OdDbEntity* dimension, const OdCmColor& color,
+                             const OdGePoint3d& from, const OdGePoint3d& to) {
+  OdDbLinePtr line = createStandardEntity<OdDbLine>(OD_T("Line"));
+  line->setPropertiesFrom(dimension);
+  line->setColor(color);
+  line->setStartPoint(from);
+  line->setEndPoint(to);
+  return line;
 }
 
-} // namespace
+} // namespace custents
 
 // ---------------------------------------------------------------------------------------------
 // Data
 
 OdDbDimCoor::OdDbDimCoor()
-    : m_xFormat(custents::coordinateFormat(kXPrefix, custents::kDefaultCoordinatePrecision)),
-      m_yFormat(custents::coordinateFormat(kYPrefix, custents::kDefaultCoordinatePrecision)),
-      m_txtColor(defaultGreen()), m_dimColor(defaultGreen()) {}
+    : m_xFormat(custents::coordinateFormat(custents::kCoordinateXPrefix,
+                                           custents::kDefaultCoordinatePrecision)),
+      m_yFormat(custents::coordinateFormat(custents::kCoordinateYPrefix,
+                                           custents::kDefaultCoordinatePrecision)),
+      m_txtColor(custents::defaultCoordinateColor()),
+      m_dimColor(custents::defaultCoordinateColor()) {}
 
 OdGePoint3d OdDbDimCoor::getStartPt() const {
   assertReadEnabled();
@@ -255,19 +261,14 @@ OdGePoint3d OdDbDimCoor::currentShoulderEnd() const {
 void OdDbDimCoor::setTxtAcc() {
   assertWriteEnabled();
   const int precision = custents::profileCoordinatePrecision();
-  m_xFormat = custents::coordinateFormat(kXPrefix, precision);
-  m_yFormat = custents::coordinateFormat(kYPrefix, precision);
+  m_xFormat = custents::coordinateFormat(custents::kCoordinateXPrefix, precision);
+  m_yFormat = custents::coordinateFormat(custents::kCoordinateYPrefix, precision);
   m_xText = custents::formatCoordinate(m_xFormat, m_xUp ? m_startPt.y : m_startPt.x);
   m_yText = custents::formatCoordinate(m_yFormat, m_xUp ? m_startPt.x : m_startPt.y);
 }
 
 OdDbLinePtr OdDbDimCoor::newLine(const OdGePoint3d& from, const OdGePoint3d& to) const {
-  OdDbLinePtr line = custents::createStandardEntity<OdDbLine>(OD_T("Line"));
-  line->setPropertiesFrom(this);
-  line->setColor(m_dimColor);
-  line->setStartPoint(from);
-  line->setEndPoint(to);
-  return line;
+  return custents::newDimensionLine(this, m_dimColor, from, to);
 }
 
 OdDbLinePtr OdDbDimCoor::getline() const {
@@ -290,8 +291,8 @@ OdDbObjectId OdDbDimCoor::getCurTextStyle(OdDbDatabasePtr database, double prior
 
 OdDbTextPtr OdDbDimCoor::newText(const OdString& contents, bool above) const {
   const OdGePoint3d endPt = currentShoulderEnd();
-  if (!(std::isfinite(m_txtHeight) && m_txtHeight > 0.0) || !isFinite(m_startPt) ||
-      !isFinite(m_dimPt) || !isFinite(endPt) || !std::isfinite(m_txtOffsetX) ||
+  if (!(std::isfinite(m_txtHeight) && m_txtHeight > 0.0) || !odgeIsFinite(m_startPt) ||
+      !odgeIsFinite(m_dimPt) || !odgeIsFinite(endPt) || !std::isfinite(m_txtOffsetX) ||
       !std::isfinite(m_txtGap))
     return OdDbTextPtr();
   OdDbTextPtr text = custents::createStandardEntity<OdDbText>(OD_T("Text"));

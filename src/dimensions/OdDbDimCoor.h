@@ -40,6 +40,17 @@ void appendLeaderSnaps(OdDb::OsnapMode mode, const OdGePoint3d& startPt, const O
                        const OdGePoint3d& pickPoint, const OdGePoint3d& lastPoint,
                        OdGePoint3dArray& snapPoints);
 
+/// The prefixes of the two texts.
+extern const OdString kCoordinateXPrefix; // "X="
+extern const OdString kCoordinateYPrefix; // "Y="
+/// The colour a new coordinate dimension's lines and texts take: true colour 0,255,0.
+OdCmColor defaultCoordinateColor();
+/// A leader or shoulder piece of dimension from `from` to `to`: a free-standing line with the
+/// dimension's properties in the line colour. Throws the not-loaded error when the line class
+/// is missing.
+OdDbLinePtr newDimensionLine(const OdDbEntity* dimension, const OdCmColor& color,
+                             const OdGePoint3d& from, const OdGePoint3d& to);
+
 } // namespace custents
 
 /// The older coordinate dimension: labels the measured point startPt with its coordinates on a

@@ -2,6 +2,7 @@
 
 #include "DbDatabase.h"
 #include "DbFiler.h"
+#include "Ge/GeFinite.h"
 #include "Gi/GiWorldDraw.h"
 #include "OdError.h"
 #include "OdDbDimCoor.h"
@@ -13,25 +14,13 @@
 
 namespace {
 
-const OdString kXPrefix(OD_T("X="));
-const OdString kYPrefix(OD_T("Y="));
 /// Texts with a height below this are ignored, as the dimension base ignores them.
 const double kMinTextHeight = 9.9e-9;
 
-OdCmColor defaultGreen() {
-  OdCmColor green;
-  green.setRGB(0, 255, 0);
-  return green;
-}
-
 OdDbMTextPtr newText() {
   OdDbMTextPtr text = custents::createStandardEntity<OdDbMText>(OD_T("MText"));
-  text->setColor(defaultGreen());
+  text->setColor(custents::defaultCoordinateColor());
   return text;
-}
-
-bool isFinite(const OdGePoint3d& p) {
-  return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
 OdDbMTextPtr copyOf(const OdDbMText* text) {
@@ -86,9 +75,11 @@ void attachToDatabase(OdDbMText* text, OdDbDatabase* database) {
 // Data
 
 OdDbNewDimCoor::OdDbNewDimCoor()
-    : m_xFormat(custents::coordinateFormat(kXPrefix, custents::kDefaultCoordinatePrecision)),
-      m_yFormat(custents::coordinateFormat(kYPrefix, custents::kDefaultCoordinatePrecision)),
-      m_dimColor(defaultGreen()), m_xTextObj(newText()), m_yTextObj(newText()),
+    : m_xFormat(custents::coordinateFormat(custents::kCoordinateXPrefix,
+                                           custents::kDefaultCoordinatePrecision)),
+      m_yFormat(custents::coordinateFormat(custents::kCoordinateYPrefix,
+                                           custents::kDefaultCoordinatePrecision)),
+      m_dimColor(custents::defaultCoordinateColor()), m_xTextObj(newText()), m_yTextObj(newText()),
       m_thirdTextObj(newText()) {
   buildShoulder();
 }
@@ -203,8 +194,8 @@ int OdDbNewDimCoor::GetTextMaxLength() {
 void OdDbNewDimCoor::setTxtAcc() {
   assertWriteEnabled();
   const int precision = custents::profileCoordinatePrecision();
-  m_xFormat = custents::coordinateFormat(kXPrefix, precision);
-  m_yFormat = custents::coordinateFormat(kYPrefix, precision);
+  m_xFormat = custents::coordinateFormat(custents::kCoordinateXPrefix, precision);
+  m_yFormat = custents::coordinateFormat(custents::kCoordinateYPrefix, precision);
   m_xTextObj->setContents(custents::formatCoordinate(m_xFormat, m_xUp ? m_startPt.y : m_startPt.x));
   m_yTextObj->setContents(custents::formatCoordinate(m_yFormat, m_xUp ? m_startPt.x : m_startPt.y));
   buildShoulder();
@@ -263,7 +254,7 @@ void OdDbNewDimCoor::updateTxtPosition() {
 void OdDbNewDimCoor::placeTexts(const OdGePoint3d& startPt, const OdGePoint3d& dimPt,
                                 const OdGePoint3d& endPt, const OdGeMatrix3d& toWorld) {
   // Points from a damaged drawing may not be numbers; the texts then stay where they were.
-  if (!isFinite(startPt) || !isFinite(dimPt) || !isFinite(endPt))
+  if (!odgeIsFinite(startPt) || !odgeIsFinite(dimPt) || !odgeIsFinite(endPt))
     return;
   const double h = m_xTextObj->textHeight();
   const OdGePoint3d base = endPt.x > startPt.x ? dimPt : endPt;
@@ -289,12 +280,7 @@ void OdDbNewDimCoor::placeTexts(const OdGePoint3d& startPt, const OdGePoint3d& d
 }
 
 OdDbLinePtr OdDbNewDimCoor::newLine(const OdGePoint3d& from, const OdGePoint3d& to) const {
-  OdDbLinePtr line = custents::createStandardEntity<OdDbLine>(OD_T("Line"));
-  line->setPropertiesFrom(this);
-  line->setColor(m_dimColor);
-  line->setStartPoint(from);
-  line->setEndPoint(to);
-  return line;
+  return custents::newDimensionLine(this, m_dimColor, from, to);
 }
 
 OdDbLinePtr OdDbNewDimCoor::getline() const {
