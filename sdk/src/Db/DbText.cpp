@@ -1,5 +1,5 @@
 #include "DbText.h"
-#include "DbDxfGroups.h"
+#include "DxfFile/DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbDatabase.h"
