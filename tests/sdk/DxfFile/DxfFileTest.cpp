@@ -3,20 +3,11 @@
 
 #include "DbDxfFile.h"
 
-#include "DbArc.h"
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
-#include "DbDictionary.h"
 #include "DbDxfItemFiler.h"
-#include "DbGroup.h"
-#include "DbHatch.h"
-#include "DbLayerTable.h"
 #include "DbLine.h"
-#include "DbLinetypeTable.h"
-#include "DbPoint.h"
 #include "DbPolyline.h"
-#include "DbText.h"
-#include "DbTextStyleTable.h"
 #include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
@@ -75,290 +66,6 @@ protected:
   std::string dir;
 };
 
-OdDbObjectId addLayer(OdDbDatabase* db, const char* name, int colorIndex) {
-  OdDbLayerTablePtr layers = db->getLayerTableId().safeOpenObject(OdDb::kForWrite);
-  OdDbLayerTableRecordPtr layer = OdDbLayerTableRecord::createObject();
-  layer->setName(name);
-  OdCmColor color;
-  color.setColorIndex(static_cast<OdUInt16>(colorIndex));
-  layer->setColor(color);
-  layer->setLinetypeObjectId(db->getLinetypeContinuousId());
-  return layers->add(layer);
-}
-
-/// A drawing of every standard entity kind on layers with colours and a dashed linetype, with
-/// one entity in paper space.
-OdDbDatabasePtr sampleDrawing() {
-  OdDbDatabasePtr db = OdDbDatabase::createObject();
-  const OdDbObjectId walls = addLayer(db, "Walls", 1);
-  const OdDbObjectId notes = addLayer(db, "注释", 5);
-  {
-    OdDbLayerTableRecordPtr layer = notes.safeOpenObject(OdDb::kForWrite);
-    OdCmColor rgb;
-    rgb.setRGB(10, 200, 30);
-    layer->setColor(rgb);
-    layer->setIsOff(true);
-    layer->setIsLocked(true);
-    layer->setIsPlottable(false);
-    layer->setLineWeight(OdDb::kLnWt035);
-  }
-  OdDbObjectId dashed;
-  {
-    OdDbLinetypeTablePtr linetypes = db->getLinetypeTableId().safeOpenObject(OdDb::kForWrite);
-    OdDbLinetypeTableRecordPtr lt = OdDbLinetypeTableRecord::createObject();
-    lt->setName("DASHDOT");
-    lt->setComments("Dash dot __ . __ .");
-    lt->setNumDashes(4);
-    lt->setDashLengthAt(0, 12.7);
-    lt->setDashLengthAt(1, -6.35);
-    lt->setDashLengthAt(2, 0.0);
-    lt->setDashLengthAt(3, -6.35);
-    dashed = linetypes->add(lt);
-  }
-  OdDbObjectId face;
-  {
-    OdDbTextStyleTablePtr styles = db->getTextStyleTableId().safeOpenObject(OdDb::kForWrite);
-    OdDbTextStyleTableRecordPtr style = OdDbTextStyleTableRecord::createObject();
-    style->setName("Song");
-    style->setFont("宋体", false, true, 134, 2);
-    style->setXScale(0.8);
-    style->setObliquingAngle(0.25);
-    face = styles->add(style);
-  }
-  db->setTEXTSIZE(3.5);
-  db->setTEXTSTYLE(face);
-  db->setCLAYER(walls);
-
-  OdDbBlockTableRecordPtr model = db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
-  OdDbLinePtr line = OdDbLine::createObject();
-  line->setStartPoint(OdGePoint3d(0.1, 0.2, 0.3));
-  line->setEndPoint(OdGePoint3d(1e6 / 3.0, -7.0, 0.0));
-  model->appendOdDbEntity(line);
-  line->setLinetype(dashed);
-  line->setColorIndex(3);
-
-  OdDbPolylinePtr pline = OdDbPolyline::createObject();
-  pline->addVertexAt(0, OdGePoint2d(0.0, 0.0), 0.5, 0.1, 0.2);
-  pline->addVertexAt(1, OdGePoint2d(10.0, 0.0), -1.0, 0.2, 0.0);
-  pline->addVertexAt(2, OdGePoint2d(10.0, 10.0), 0.0, 0.0, 0.0);
-  pline->setClosed(true);
-  pline->setElevation(2.0);
-  model->appendOdDbEntity(pline);
-  pline->setLayer(notes);
-
-  OdDbArcPtr arc = OdDbArc::createObject();
-  arc->setCenter(OdGePoint3d(5.0, 5.0, 0.0));
-  arc->setRadius(2.5);
-  arc->setStartAngle(0.3);
-  arc->setEndAngle(2.9);
-  model->appendOdDbEntity(arc);
-
-  OdDbPointPtr point = OdDbPoint::createObject();
-  point->setPosition(OdGePoint3d(-1.0, -2.0, -3.0));
-  model->appendOdDbEntity(point);
-
-  OdDbHatchPtr solid = OdDbHatch::createObject();
-  solid->setPattern(OdDbHatch::kPreDefined, "SOLID");
-  OdGePoint2dArray square;
-  square.append(OdGePoint2d(0.0, 0.0));
-  square.append(OdGePoint2d(4.0, 0.0));
-  square.append(OdGePoint2d(4.0, 4.0));
-  square.append(OdGePoint2d(0.0, 4.0));
-  solid->appendLoop(OdDbHatch::kExternal | OdDbHatch::kPolyline, square, OdGeDoubleArray());
-  model->appendOdDbEntity(solid);
-
-  OdDbHatchPtr pattern = OdDbHatch::createObject();
-  pattern->setPattern(OdDbHatch::kPreDefined, "ANSI31");
-  pattern->setPatternScale(2.0);
-  pattern->setPatternAngle(0.5);
-  OdGeDoubleArray bulges;
-  bulges.append(0.4);
-  bulges.append(0.0);
-  bulges.append(0.0);
-  bulges.append(0.0);
-  pattern->appendLoop(OdDbHatch::kExternal | OdDbHatch::kPolyline, square, bulges);
-  model->appendOdDbEntity(pattern);
-
-  OdDbTextPtr text = OdDbText::createObject();
-  text->setPosition(OdGePoint3d(1.0, 1.0, 0.0));
-  text->setTextString("标高 12.50");
-  text->setHeight(3.5);
-  text->setTextStyle(face);
-  model->appendOdDbEntity(text);
-
-  OdDbBlockTableRecordPtr paper = db->getPaperSpaceId().safeOpenObject(OdDb::kForWrite);
-  OdDbLinePtr border = OdDbLine::createObject();
-  border->setEndPoint(OdGePoint3d(420.0, 0.0, 0.0));
-  paper->appendOdDbEntity(border);
-
-  // OBJECTS: a group of two entities and an application's dictionary with one nested in it.
-  db->setDIMSCALE(100.0);
-  OdDbDictionaryPtr groups = db->getGroupDictionaryId().safeOpenObject(OdDb::kForWrite);
-  OdDbGroupPtr pair = OdDbGroup::createObject();
-  groups->setAt("Pair", pair);
-  pair->setDescription("line and arc");
-  pair->setSelectable(false);
-  pair->append(line->objectId());
-  pair->append(arc->objectId());
-  OdDbDictionaryPtr root = db->getNamedObjectsDictionaryId().safeOpenObject(OdDb::kForWrite);
-  OdDbDictionaryPtr app = OdDbDictionary::createObject();
-  root->setAt("MY_APP", app);
-  app->setMergeStyle(OdDb::kDrcReplace);
-  app->setAt("Settings", OdDbDictionary::createObject());
-  return db;
-}
-
-/// The dictionary tree under the named-objects dictionary as text: each entry's path, the
-/// class of its object, its handle and its owner's handle; groups with their entities.
-std::string describeObjects(OdDbDatabase* db, OdDbObjectId dictionaryId = OdDbObjectId(),
-                            const std::string& path = "") {
-  if (dictionaryId.isNull())
-    dictionaryId = db->getNamedObjectsDictionaryId();
-  OdDbDictionaryPtr dictionary = dictionaryId.safeOpenObject();
-  std::string text = path + " merge " + std::to_string(dictionary->mergeStyle()) + "\n";
-  for (OdDbDictionaryIteratorPtr it = dictionary->newIterator(); !it->done(); it->next()) {
-    OdDbObjectPtr object = it->getObject();
-    const std::string entry = path + "/" + it->name().toUtf8();
-    text += entry + " " + object->isA()->name().toUtf8() + " " +
-            object->getDbHandle().ascii().toUtf8() + " owner " +
-            object->ownerId().getHandle().ascii().toUtf8() + "\n";
-    if (OdDbGroupPtr group = OdDbGroup::cast(object)) {
-      OdDbObjectIdArray ids;
-      group->allEntityIds(ids);
-      text += "  " + group->description().toUtf8() + (group->isSelectable() ? " selectable" : "");
-      for (const OdDbObjectId& id : ids)
-        text += " " + id.getHandle().ascii().toUtf8();
-      text += "\n";
-    }
-    if (OdDbDictionary::cast(object).get())
-      text += describeObjects(db, object->objectId(), entry);
-  }
-  return text;
-}
-
-/// An entity as the file sees it: class, handle, owner and the groups of its dxfOutFields.
-std::string describe(const OdDbObjectId& id) {
-  OdDbEntityPtr entity = id.safeOpenObject();
-  OdStaticRxObject<OdDbDxfItemFiler> filer;
-  filer.openForWrite(entity->database());
-  entity->dxfOutFields(&filer);
-  std::string text = entity->isA()->name().toUtf8() + " " + entity->getDbHandle().ascii().toUtf8() +
-                     " owner " + entity->ownerId().getHandle().ascii().toUtf8();
-  for (const OdDbDxfItemFiler::Item& item : filer.items())
-    text += " " + std::to_string(item.code) + "=" + item.value.toUtf8();
-  return text;
-}
-
-std::vector<std::string> describeBlock(OdDbObjectId blockId) {
-  OdDbBlockTableRecordPtr block = blockId.safeOpenObject();
-  std::vector<std::string> result;
-  for (const OdDbObjectId& id : block->entityIds())
-    result.push_back(describe(id));
-  return result;
-}
-
-OdDbDatabasePtr load(const std::string& file) {
-  OdDbDatabasePtr db;
-  OdString error;
-  EXPECT_EQ(odDbReadDxf(file.c_str(), db, &error), eOk) << error.toUtf8();
-  return db;
-}
-
-TEST_F(DxfFileTest, EveryStandardEntityComesBackWithItsFieldsHandleAndOwner) {
-  OdDbDatabasePtr db = sampleDrawing();
-  ASSERT_EQ(odDbWriteDxf(db, path("a.dxf").c_str()), eOk);
-  OdDbDatabasePtr back = load(path("a.dxf"));
-  ASSERT_FALSE(back.isNull());
-
-  const std::vector<std::string> model = describeBlock(db->getModelSpaceId());
-  ASSERT_EQ(model.size(), 7u);
-  EXPECT_EQ(describeBlock(back->getModelSpaceId()), model);
-  EXPECT_EQ(describeBlock(back->getPaperSpaceId()), describeBlock(db->getPaperSpaceId()));
-  EXPECT_EQ(back->getModelSpaceId().getHandle(), db->getModelSpaceId().getHandle());
-}
-
-TEST_F(DxfFileTest, TablesAndHeaderVariablesComeBack) {
-  OdDbDatabasePtr db = sampleDrawing();
-  ASSERT_EQ(odDbWriteDxf(db, path("a.dxf").c_str()), eOk);
-  OdDbDatabasePtr back = load(path("a.dxf"));
-  ASSERT_FALSE(back.isNull());
-
-  OdDbLayerTablePtr layers = back->getLayerTableId().safeOpenObject();
-  OdDbLayerTableRecordPtr notes = layers->getAt("注释", OdDb::kForRead);
-  ASSERT_FALSE(notes.isNull());
-  EXPECT_TRUE(notes->color().isByColor());
-  EXPECT_EQ(notes->color().green(), 200);
-  EXPECT_TRUE(notes->isOff());
-  EXPECT_TRUE(notes->isLocked());
-  EXPECT_FALSE(notes->isFrozen());
-  EXPECT_FALSE(notes->isPlottable());
-  EXPECT_EQ(notes->lineWeight(), OdDb::kLnWt035);
-  EXPECT_EQ(notes->linetypeObjectId(), back->getLinetypeContinuousId());
-  OdDbLayerTableRecordPtr walls = layers->getAt("Walls", OdDb::kForRead);
-  ASSERT_FALSE(walls.isNull());
-  EXPECT_EQ(walls->color().colorIndex(), 1);
-  EXPECT_EQ(layers->numRecords(), 3u); // "0" merged with the new drawing's, not doubled
-
-  OdDbLinetypeTablePtr linetypes = back->getLinetypeTableId().safeOpenObject();
-  OdDbLinetypeTableRecordPtr dashed = linetypes->getAt("DASHDOT", OdDb::kForRead);
-  ASSERT_FALSE(dashed.isNull());
-  ASSERT_EQ(dashed->numDashes(), 4);
-  EXPECT_EQ(dashed->dashLengthAt(0), 12.7);
-  EXPECT_EQ(dashed->dashLengthAt(3), -6.35);
-  EXPECT_EQ(dashed->comments(), OdString("Dash dot __ . __ ."));
-
-  OdDbTextStyleTableRecordPtr song =
-      OdDbTextStyleTableRecord::cast(back->getTEXTSTYLE().openObject());
-  ASSERT_FALSE(song.isNull());
-  EXPECT_EQ(song->getName(), OdString("Song"));
-  OdString face;
-  bool bold = true, italic = false;
-  int charset = 0, pitch = 0;
-  song->font(face, bold, italic, charset, pitch);
-  EXPECT_EQ(face, OdString("宋体"));
-  EXPECT_FALSE(bold);
-  EXPECT_TRUE(italic);
-  EXPECT_EQ(charset, 134);
-  EXPECT_EQ(pitch, 2);
-  EXPECT_DOUBLE_EQ(song->obliquingAngle(), 0.25);
-  EXPECT_EQ(back->getTEXTSIZE(), 3.5);
-  EXPECT_EQ(back->getDIMSCALE(), 100.0);
-  EXPECT_EQ(OdDbLayerTableRecordPtr(back->getCLAYER().safeOpenObject())->getName(),
-            OdString("Walls"));
-}
-
-TEST_F(DxfFileTest, DictionariesAndGroupsComeBackWithTheirEntriesAndOwners) {
-  OdDbDatabasePtr db = sampleDrawing();
-  ASSERT_EQ(odDbWriteDxf(db, path("a.dxf").c_str()), eOk);
-  OdDbDatabasePtr back = load(path("a.dxf"));
-  ASSERT_FALSE(back.isNull());
-  const std::string expected = describeObjects(db);
-  ASSERT_NE(expected.find("/ACAD_GROUP/Pair OdDbGroup"), std::string::npos) << expected;
-  ASSERT_NE(expected.find("/MY_APP/Settings OdDbDictionary"), std::string::npos) << expected;
-  EXPECT_EQ(describeObjects(back), expected);
-  // The file's dictionaries of these names are the new database's own, not second copies.
-  OdDbDictionaryPtr root = back->getNamedObjectsDictionaryId().safeOpenObject();
-  EXPECT_EQ(root->getAt("ACAD_GROUP"), back->getGroupDictionaryId());
-}
-
-TEST_F(DxfFileTest, SaveLoadSaveGivesTheSameBytes) {
-  OdDbDatabasePtr db = sampleDrawing();
-  ASSERT_EQ(odDbWriteDxf(db, path("first.dxf").c_str()), eOk);
-  OdDbDatabasePtr back = load(path("first.dxf"));
-  ASSERT_FALSE(back.isNull());
-  ASSERT_EQ(odDbWriteDxf(back, path("second.dxf").c_str()), eOk);
-  const std::string first = readAll(path("first.dxf"));
-  EXPECT_GT(first.size(), 1000u);
-  // The one paper-space entity of ENTITIES carries `67 1` right after its AcDbEntity marker.
-  const std::string paperFlag = "\n100\nAcDbEntity\n 67\n1\n";
-  const std::size_t flagged = first.find(paperFlag, first.find("\n  2\nENTITIES\n"));
-  EXPECT_NE(std::string::npos, flagged);
-  EXPECT_EQ(std::string::npos, first.find(paperFlag, flagged + 1));
-  EXPECT_EQ(readAll(path("second.dxf")), first);
-  // Handles given out after a load do not collide with what the file used.
-  EXPECT_GE(static_cast<OdUInt64>(back->handseed()), static_cast<OdUInt64>(db->handseed()));
-}
-
 typedef std::vector<std::string> Lines;
 
 // A small valid file; the malformed cases change one part of it. Line numbers are 1-based.
@@ -375,46 +82,6 @@ std::string joined(const std::vector<std::string>& lines) {
   for (const std::string& line : lines)
     text += line + "\n";
   return text;
-}
-
-TEST_F(DxfFileTest, TheSmallValidFileLoads) {
-  writeAll(path("ok.dxf"), joined(validLines()));
-  OdDbDatabasePtr db = load(path("ok.dxf"));
-  ASSERT_FALSE(db.isNull());
-  OdDbBlockTableRecordPtr model = db->getModelSpaceId().safeOpenObject();
-  ASSERT_EQ(model->entityIds().size(), 1u);
-  EXPECT_EQ(model->entityIds()[0].getHandle(), OdDbHandle(0x100));
-  OdDbLinePtr line = model->entityIds()[0].safeOpenObject();
-  EXPECT_EQ(line->endPoint(), OdGePoint3d(3.0, 4.0, 0.0));
-}
-
-TEST_F(DxfFileTest, AFileLoadsFromAPipeAndWhenLargerThanThePartKeptInMemory) {
-  // The line of the fault must still be right after a long stretch of the file, and header
-  // values read early must still apply at the end.
-  Lines lines = validLines();
-  lines.insert(lines.begin() + 8, {"  9", "$LTSCALE", " 40", "2.5"});
-  lines.insert(lines.begin() + 12, {"999", std::string(9u << 20, 'c')});
-  writeAll(path("large.dxf"), joined(lines));
-  OdDbDatabasePtr db = load(path("large.dxf"));
-  ASSERT_FALSE(db.isNull());
-  EXPECT_EQ(2.5, db->getLTSCALE());
-  lines[lines.size() - 9] = "x"; // the end point's x, the value of " 11"
-  writeAll(path("large.dxf"), joined(lines));
-  OdDbDatabasePtr none;
-  OdString error;
-  EXPECT_EQ(eInvalidDxfCode, odDbReadDxf(path("large.dxf").c_str(), none, &error));
-  EXPECT_NE(std::string::npos, error.toUtf8().find("line " + std::to_string(lines.size() - 8) +
-                                                   ": group 11 needs a number"))
-      << error.toUtf8();
-
-  // A pipe cannot be mapped; it is read to its end.
-  ASSERT_EQ(0, ::mkfifo(path("pipe.dxf").c_str(), 0600));
-  std::thread writer([this] { writeAll(path("pipe.dxf"), joined(validLines())); });
-  OdDbDatabasePtr piped = load(path("pipe.dxf"));
-  writer.join();
-  ASSERT_FALSE(piped.isNull());
-  OdDbBlockTableRecordPtr model = piped->getModelSpaceId().safeOpenObject();
-  EXPECT_EQ(model->entityIds().size(), 1u);
 }
 
 // Extended data before any subclass marker leaves the class no groups to read: an entity is
@@ -562,7 +229,11 @@ public:
 
 TEST_F(DxfFileTest, AFailedSaveLeavesTheOldFileAsItWas) {
   writeAll(path("keep.dxf"), "old content\n");
-  OdDbDatabasePtr db = sampleDrawing();
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  {
+    OdDbBlockTableRecordPtr model = db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
+    model->appendOdDbEntity(OdDbLine::createObject());
+  }
   FailingHooks failing;
   odDbSetDxfFileHooks(&failing);
   OdString error;
@@ -602,21 +273,6 @@ std::string runChecker(const std::string& args) {
     ::pclose(pipe);
   }
   return output;
-}
-
-TEST_F(DxfFileTest, EzdxfAuditFindsNoErrorAndCountsEveryEntity) {
-  if (!haveEzdxf())
-    GTEST_SKIP() << "python3-ezdxf is not installed";
-  OdDbDatabasePtr db = sampleDrawing();
-  ASSERT_EQ(odDbWriteDxf(db, path("a.dxf").c_str()), eOk);
-  const std::string report = runChecker("'" + path("a.dxf") + "'");
-  EXPECT_NE(report.find("\"errors\": 0,"), std::string::npos) << report;
-  EXPECT_NE(report.find("\"version\": \"AC1032\""), std::string::npos) << report;
-  for (const char* count : {"\"LINE\": 2", "\"LWPOLYLINE\": 1", "\"ARC\": 1", "\"POINT\": 1",
-                            "\"HATCH\": 2", "\"TEXT\": 1"})
-    EXPECT_NE(report.find(count), std::string::npos) << count << " in " << report;
-  EXPECT_NE(report.find("\"DASHDOT\""), std::string::npos) << report;
-  EXPECT_NE(report.find("\"Walls\""), std::string::npos) << report;
 }
 
 TEST_F(DxfFileTest, ADrawingWrittenByEzdxfLoads) {

@@ -88,48 +88,6 @@ TEST(GeBulge, ArcThroughChordEnds) {
   }
 }
 
-TEST(GeBulge, HugeBulgeStaysFinite) {
-  // Nearly a whole circle: the centre formula avoids bulge squared, so nothing overflows.
-  OdGeBulgeArc arc;
-  ASSERT_TRUE(arc.set({0, 0}, {2, 0}, 1e6));
-  EXPECT_NEAR(arc.radius, 5e5, 1e-3);
-  expectPoint(arc.center, {1, -5e5}, 1e-3);
-  EXPECT_NEAR(arc.sweep, Oda2PI, 1e-5);
-  EXPECT_LT(arc.sweep, Oda2PI);
-  expectPoint(arc.pointAt(0.0), {0, 0}, 1e-6);
-  expectPoint(arc.pointAt(1.0), {2, 0}, 1e-6);
-  expectPoint(arc.pointAt(0.5), {1, -1e6}, 1e-3);
-}
-
-TEST(GeBulge, StraightSegmentsHaveNoArc) {
-  const struct {
-    const char* name;
-    OdGePoint2d p1, p2;
-    double bulge;
-  } cases[] = {
-      {"bulge 0", {0, 0}, {2, 0}, 0.0},
-      {"negative zero", {0, 0}, {2, 0}, -0.0},
-      {"NaN bulge", {0, 0}, {2, 0}, kNaN},
-      {"infinite bulge", {0, 0}, {2, 0}, kInf},
-      {"coincident ends", {1, 1}, {1, 1}, 1.0},
-      {"chord within the point tolerance", {1, 1}, {1 + 1e-12, 1}, 0.5},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    OdGeBulgeArc arc;
-    arc.center = {7, 8};
-    arc.radius = 3.0;
-    arc.startAngle = 0.25;
-    arc.sweep = 1.5;
-    EXPECT_FALSE(arc.set(c.p1, c.p2, c.bulge));
-    // A refused segment leaves the arc as it was.
-    expectPoint(arc.center, {7, 8}, 0.0);
-    EXPECT_EQ(arc.radius, 3.0);
-    EXPECT_EQ(arc.startAngle, 0.25);
-    EXPECT_EQ(arc.sweep, 1.5);
-  }
-}
-
 TEST(GeBulge, FractionAtAngleFollowsTheTurningSense) {
   const struct {
     const char* name;
@@ -161,55 +119,6 @@ TEST(GeBulge, FractionAtAngleFollowsTheTurningSense) {
       EXPECT_LT(arc.fractionAtAngle(c.angle), 0.0);
     else
       EXPECT_NEAR(arc.fractionAtAngle(c.angle), c.fraction, kEps);
-  }
-}
-
-TEST(GeBulge, ClosestFractionFallsBackToTheNearerEnd) {
-  const struct {
-    const char* name;
-    double bulge;
-    OdGePoint2d point;
-    double fraction;
-  } cases[] = {
-      {"on the ray through the middle", 1.0, {1, -5}, 0.5},
-      {"inside, towards the middle", 1.0, {1, -0.2}, 0.5},
-      {"the centre itself", 1.0, {1, 0}, 0.0},
-      {"missed side, nearer the end", 1.0, {3, 0.5}, 1.0},
-      {"missed side, nearer the start", 1.0, {-1, 0.5}, 0.0},
-      {"missed side, both ends as near", 1.0, {1, 5}, 0.0},
-      {"clockwise, on the ray through the middle", -1.0, {1, 5}, 0.5},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    OdGeBulgeArc arc;
-    ASSERT_TRUE(arc.set({0, 0}, {2, 0}, c.bulge));
-    EXPECT_NEAR(arc.closestFraction(c.point), c.fraction, kEps);
-  }
-}
-
-TEST(GeBulge, PiecesFollowTheAllowedDeviation) {
-  // Bulge 0.5 on a chord of 4: radius 2.5, sweep 4 atan(0.5) = 1.8546, which is 18.9 steps of
-  // the coarsest piece (a 64th of a turn).
-  const struct {
-    const char* name;
-    double bulge;
-    double deviation;
-    int pieces;
-  } cases[] = {
-      {"no deviation given", 0.5, 0.0, 19},
-      {"negative deviation ignored", 0.5, -1.0, 19},
-      {"loose deviation keeps the coarsest step", 0.5, 0.01, 19},
-      {"deviation beyond the radius ignored", 0.5, 10.0, 19},
-      {"tight deviation refines", 0.5, 1e-4, 104},
-      {"clockwise arcs take as many", -0.5, 1e-4, 104},
-      {"capped at 1024", 0.5, 1e-12, 1024},
-      {"a sliver is one piece", 1e-9, 0.0, 1},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    OdGeBulgeArc arc;
-    ASSERT_TRUE(arc.set({3, 1}, {3, 5}, c.bulge));
-    EXPECT_EQ(arc.numPieces(c.deviation), c.pieces);
   }
 }
 

@@ -140,43 +140,6 @@ TEST(GeIntersect, LineAndCircle) {
   }
 }
 
-TEST(GeIntersect, LineAndDegenerateCircleGiveNothing) {
-  const struct {
-    const char* name;
-    OdGeVector3d normal;
-    double radius;
-  } cases[] = {
-      {"zero radius", kZ, 0.0},
-      {"negative radius", kZ, -1.0},
-      {"NaN radius", kZ, kNaN},
-      {"zero normal", OdGeVector3d(), 1.0},
-      {"NaN normal", OdGeVector3d(kNaN, 0, 1), 1.0},
-  };
-  for (const auto& c : cases) {
-    OdGePoint3d p1(7, 7, 7);
-    OdGePoint3d p2(7, 7, 7);
-    EXPECT_EQ(odgeIntersectLineCircle(OdGePoint3d(-2, 0, 0), OdGePoint3d(2, 0, 0), false,
-                                      OdGePoint3d::kOrigin, c.normal, c.radius, p1, p2),
-              0)
-        << c.name;
-    expectPoint(p1, OdGePoint3d(7, 7, 7));
-  }
-}
-
-TEST(GeIntersect, LineAndCircleInTiltedPlane) {
-  // The circle of radius 1 about the origin in the plane x = z.
-  const OdGeVector3d normal(1, 0, -1);
-  const OdGePoint3d start(-1, 0, -1);
-  const OdGePoint3d end(1, 0, 1);
-  OdGePoint3d p1;
-  OdGePoint3d p2;
-  ASSERT_EQ(odgeIntersectLineCircle(start, end, true, OdGePoint3d::kOrigin, normal, 1.0, p1, p2),
-            2);
-  const double h = std::sqrt(0.5);
-  expectPoint(p1, OdGePoint3d(-h, 0, -h));
-  expectPoint(p2, OdGePoint3d(h, 0, h));
-}
-
 TEST(GeIntersect, TwoCircles) {
   const struct {
     const char* name;
@@ -223,30 +186,6 @@ TEST(GeIntersect, TwoCircles) {
   expectPoint(p2, OdGePoint3d(1.5, -h, 0));
   ASSERT_EQ(odgeIntersectCircles(c1, kZ, 2, OdGePoint3d(1, 0, 0), kZ, 3, p1, p2), 1);
   expectPoint(p1, OdGePoint3d(-2, 0, 0));
-}
-
-TEST(GeIntersect, ClosestPointOnSegment) {
-  const OdGePoint3d a(0, 0, 0);
-  const OdGePoint3d b(4, 0, 0);
-  const struct {
-    const char* name;
-    OdGePoint3d point;
-    OdGePoint3d expected;
-    double param;
-  } cases[] = {
-      {"beside the middle", {1, 3, 0}, {1, 0, 0}, 0.25},
-      {"before the start", {-2, 1, 5}, {0, 0, 0}, 0.0},
-      {"past the end", {9, -1, 0}, {4, 0, 0}, 1.0},
-      {"on the segment", {3, 0, 0}, {3, 0, 0}, 0.75},
-  };
-  for (const auto& c : cases) {
-    double param = -1.0;
-    expectPoint(odgeClosestPointOnSegment(c.point, a, b, &param), c.expected);
-    EXPECT_DOUBLE_EQ(param, c.param) << c.name;
-  }
-  double param = -1.0;
-  expectPoint(odgeClosestPointOnSegment(OdGePoint3d(5, 5, 5), a, a, &param), a);
-  EXPECT_DOUBLE_EQ(param, 0.0);
 }
 
 } // namespace

@@ -20,31 +20,11 @@ void expectBox(const OdGeExtents3d& ext, const OdGePoint3d& min, const OdGePoint
   EXPECT_NEAR(ext.maxPoint().z, max.z, kEps);
 }
 
-char g_dummyDatabase;
-
 double deg(double degrees) {
   return degrees * OdaPI / 180.0;
 }
 
 } // namespace
-
-TEST(GiExtentsCollector, NothingDrawnGivesInvalidExtents) {
-  OdGiExtentsCollector collector;
-  EXPECT_FALSE(collector.extents().isValidExtents());
-  // Refused primitives add nothing either.
-  const OdGePoint3d p(1, 1, 1);
-  collector.circle(p, -1, kZ);
-  collector.circle(p, 1, OdGeVector3d());
-  collector.polyline(0, &p);
-  collector.polygon(2, nullptr);
-  collector.circle(p, OdGePoint3d(2, 2, 2), OdGePoint3d(3, 3, 3));
-  EXPECT_FALSE(collector.extents().isValidExtents());
-
-  collector.polyline(1, &p);
-  EXPECT_TRUE(collector.extents().isValidExtents());
-  collector.clear();
-  EXPECT_FALSE(collector.extents().isValidExtents());
-}
 
 TEST(GiExtentsCollector, VerticesThroughStackedTransformsAndUnbalancedPop) {
   OdGiExtentsCollector collector;
@@ -141,78 +121,4 @@ TEST(GiExtentsCollector, TiltedAndTransformedArcs) {
     collector.circularArc(OdGePoint3d(0, 0, 0), 1, kZ, OdGeVector3d(1, 0, 0), OdaPI);
     expectBox(collector.extents(), OdGePoint3d(-2, 0, 0), OdGePoint3d(2, 1, 0));
   }
-}
-
-TEST(GiExtentsCollector, SectorsReachTheCentreAndThreePointArcsMatch) {
-  const OdGeVector3d start(std::cos(deg(10)), std::sin(deg(10)), 0);
-  OdGiExtentsCollector simple;
-  simple.circularArc(OdGePoint3d(0, 0, 0), 1, kZ, start, deg(20), kOdGiArcSimple);
-  OdGiExtentsCollector sector;
-  sector.circularArc(OdGePoint3d(0, 0, 0), 1, kZ, start, deg(20), kOdGiArcSector);
-  EXPECT_NEAR(simple.extents().minPoint().x, std::cos(deg(30)), kEps);
-  EXPECT_NEAR(sector.extents().minPoint().x, 0.0, kEps);
-  EXPECT_NEAR(sector.extents().minPoint().y, 0.0, kEps);
-
-  // Start at 0°, through 270°, end at 90°: three quarters of the circle, missing the top
-  // left quarter's interior only, so the box is the full circle's but for y max 1 and x min -1.
-  OdGiExtentsCollector threePoint;
-  threePoint.circularArc(OdGePoint3d(1, 0, 0), OdGePoint3d(0, -1, 0), OdGePoint3d(0, 1, 0));
-  expectBox(threePoint.extents(), OdGePoint3d(-1, -1, 0), OdGePoint3d(1, 1, 0));
-  OdGiExtentsCollector minor;
-  minor.circularArc(OdGePoint3d(1, 0, 0), OdGePoint3d(kH, kH, 0), OdGePoint3d(0, 1, 0));
-  expectBox(minor.extents(), OdGePoint3d(0, 0, 0), OdGePoint3d(1, 1, 0));
-}
-
-TEST(GiExtentsCollector, TextBoxFromPositionDirectionHeightAndWidth) {
-  {
-    // Default width: the text-metrics service, 0.6 x height x width factor per Latin character.
-    OdGiExtentsCollector collector;
-    collector.text(OdGePoint3d(1, 2, 0), kZ, OdGeVector3d(1, 0, 0), 2, 0.5, 0, OdString("abcd"));
-    expectBox(collector.extents(), OdGePoint3d(1, 2, 0), OdGePoint3d(1 + 0.6 * 2 * 0.5 * 4, 4, 0));
-  }
-  {
-    // A caller-supplied width, a vertical baseline, and a slant that leans the top forward.
-    OdGiExtentsCollector collector;
-    collector.setTextWidthFunction([](const OdString& s, double h, double w) {
-      return s.getLength() == 2 ? 10.0 * h * w : -1.0;
-    });
-    collector.text(OdGePoint3d(0, 0, 0), kZ, OdGeVector3d(0, 3, 0), 1, 1, OdaPI / 4,
-                   OdString("ab"));
-    // Baseline along +Y for 10; up is -X; the slant shifts the top by height along +Y.
-    expectBox(collector.extents(), OdGePoint3d(-1, 0, 0), OdGePoint3d(0, 11, 0));
-
-    collector.clear();
-    collector.setTextWidthFunction(nullptr); // back to the default
-    collector.text(OdGePoint3d(0, 0, 0), kZ, OdGeVector3d(1, 0, 0), 1, 1, 0, OdString("ab"));
-    expectBox(collector.extents(), OdGePoint3d(0, 0, 0), OdGePoint3d(1.2, 1, 0));
-  }
-  {
-    // Drawn through a model transform, text is placed like everything else.
-    OdGiExtentsCollector collector;
-    collector.pushModelTransform(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 5)) *
-                                 OdGeMatrix3d::scaling(2.0));
-    collector.text(OdGePoint3d(0, 0, 0), kZ, OdGeVector3d(1, 0, 0), 1, 1, 0, OdString("a"));
-    expectBox(collector.extents(), OdGePoint3d(0, 0, 5), OdGePoint3d(1.2, 2, 5));
-  }
-}
-
-TEST(GiExtentsCollector, WorldAndViewportDrawingBothCount) {
-  OdDbDatabase* db = reinterpret_cast<OdDbDatabase*>(&g_dummyDatabase);
-  OdGiExtentsCollector collector(db);
-  OdGiWorldDraw& world = collector;
-  OdGiViewportDraw& view = collector;
-  EXPECT_EQ(world.regenType(), kOdGiForExtents);
-  EXPECT_EQ(world.context()->database(), db);
-  EXPECT_EQ(view.context()->database(), db);
-  // Traits are accepted (an entity sets them while drawing) and do not change the box.
-  world.subEntityTraits().setColor(1);
-  EXPECT_EQ(world.subEntityTraits().color(), 1);
-
-  const OdGePoint3d p(3, 3, 3);
-  world.geometry().ray(p, OdGePoint3d(4, 3, 3));
-  view.geometry().circle(OdGePoint3d(0, 0, 3), 1, kZ);
-  expectBox(collector.extents(), OdGePoint3d(-1, -1, 3), OdGePoint3d(4, 3, 3));
-  // The viewport sees the collector's model transforms.
-  view.geometry().pushModelTransform(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 1)));
-  EXPECT_NEAR((view.viewport().getModelToEyeTransform() * OdGePoint3d(0, 0, 0)).z, 1.0, kEps);
 }

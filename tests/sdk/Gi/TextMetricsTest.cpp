@@ -56,36 +56,6 @@ TEST(TextMetrics, LineWidthPerCharacterClass) {
         << OdString(c.text).toUtf8();
 }
 
-TEST(TextMetrics, BadSizesMeasureNothing) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  const double inf = std::numeric_limits<double>::infinity();
-  const double sizes[][2] = {{nan, 1.0}, {1.0, nan}, {inf, 1.0}, {-1.0, 1.0}, {1.0, -2.0}};
-  for (const auto& s : sizes)
-    EXPECT_EQ(0.0, odgiTextLineWidth(OdString("abc"), s[0], s[1])) << s[0] << " " << s[1];
-}
-
-TEST(TextMetrics, SplitsLinesAtParagraphCodesAndNewlines) {
-  const struct {
-    const char16_t* text;
-    std::vector<std::u16string> lines;
-  } cases[] = {
-      {u"", {u""}},
-      {u"one", {u"one"}},
-      {u"a\\Pb", {u"a", u"b"}},
-      {u"a\nb\r\nc", {u"a", u"b", u"c"}},
-      {u"\\P", {u"", u""}},
-      {u"a\\\\Pb", {u"a\\\\Pb"}}, // an escaped backslash does not start a break
-      {u"a\\pb\\", {u"a\\pb\\"}}, // lower-case p and a trailing backslash are text
-      {u"坐\\P标\n", {u"坐", u"标", u""}},
-  };
-  for (const auto& c : cases) {
-    const std::vector<OdString> lines = odgiSplitTextLines(OdString(c.text));
-    ASSERT_EQ(c.lines.size(), lines.size()) << OdString(c.text).toUtf8();
-    for (std::size_t i = 0; i < lines.size(); ++i)
-      EXPECT_EQ(OdString(c.lines[i]), lines[i]) << OdString(c.text).toUtf8() << " line " << i;
-  }
-}
-
 TEST(TextMetrics, BlockSizeTakesTheWidestLineAndTheLineSpacing) {
   const struct {
     const char16_t* text;
@@ -123,34 +93,6 @@ TEST(TextMetrics, BoxFollowsDirectionHeightAndSlant) {
   EXPECT_FALSE(odgiTextBox(OdGePoint3d(), OdGeVector3d(), OdGeVector3d::kXAxis, 1.0, 1.0, 0.0,
                            OdString("a"), corners));
   EXPECT_EQ(untouched, corners[0]);
-}
-
-TEST(TextMetrics, AnApplicationRuleReplacesTheDefaultEverywhere) {
-  RestoreDefaultWidth restore;
-  odgiSetTextLineWidthFunction(
-      [](const OdString& text, double height, double) { return 10.0 * height * text.getLength(); });
-  EXPECT_DOUBLE_EQ(20.0, odgiTextLineWidth(OdString("ab"), 1.0, 1.0));
-  EXPECT_DOUBLE_EQ(2 * 0.6, odgiDefaultTextLineWidth(OdString("ab"), 1.0, 1.0));
-  EXPECT_DOUBLE_EQ(20.0, odgiTextBlockSize(OdString("a\\Pab"), 1.0, 1.0).width);
-  // The extents collector measures through the service.
-  OdGiExtentsCollector collector;
-  collector.text(OdGePoint3d(), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 1.0, 1.0, 0.0,
-                 OdString("abc"));
-  EXPECT_DOUBLE_EQ(30.0, collector.extents().maxPoint().x);
-
-  // A faulty rule cannot put NaN or a negative advance into a layout.
-  odgiSetTextLineWidthFunction(
-      [](const OdString&, double, double) { return std::numeric_limits<double>::quiet_NaN(); });
-  EXPECT_EQ(0.0, odgiTextLineWidth(OdString("ab"), 1.0, 1.0));
-  odgiSetTextLineWidthFunction([](const OdString&, double, double) { return -3.0; });
-  EXPECT_EQ(0.0, odgiTextLineWidth(OdString("ab"), 1.0, 1.0));
-
-  odgiSetTextLineWidthFunction(nullptr);
-  EXPECT_DOUBLE_EQ(2 * 0.6, odgiTextLineWidth(OdString("ab"), 1.0, 1.0));
-  OdGiExtentsCollector plain;
-  plain.text(OdGePoint3d(), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 1.0, 1.0, 0.0,
-             OdString("坐标"));
-  EXPECT_DOUBLE_EQ(2.0, plain.extents().maxPoint().x);
 }
 
 } // namespace

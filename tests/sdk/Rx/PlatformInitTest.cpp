@@ -15,44 +15,6 @@
 
 namespace {
 
-TEST(PlatformInitTest, NestedInitializeKeepsTheSameClasses) {
-  OdRxClass* line = OdDbLine::desc();
-  OdRxModule* database = odrxDatabaseModule();
-  const unsigned count = odrxRegisteredClasses().size();
-  odInitialize();
-  EXPECT_EQ(line, OdDbLine::desc());
-  EXPECT_EQ(count, odrxRegisteredClasses().size());
-  odUninitialize();
-  EXPECT_EQ(line, OdDbLine::desc()) << "an inner odUninitialize removed the classes";
-  EXPECT_EQ(line, odrxGetClass(OD_T("OdDbLine")));
-  EXPECT_EQ(database, odrxDatabaseModule());
-}
-
-TEST(PlatformInitTest, DatabaseModuleOwnsTheDatabaseClassesAndCountsLocks) {
-  OdRxModule* database = odrxDatabaseModule();
-  ASSERT_NE(nullptr, database);
-  for (OdRxClass* cls : {OdDbObject::desc(), OdDbEntity::desc(), OdDbLine::desc(),
-                         OdDbPoint::desc(), OdDbPolyline::desc()}) {
-    ASSERT_NE(nullptr, cls);
-    EXPECT_EQ(database, cls->module()) << cls->name().toUtf8();
-  }
-  EXPECT_EQ(OdString(OD_T("TD_Db")), database->moduleName());
-  EXPECT_EQ(nullptr, database->sysData()) << "built in, not loaded";
-  EXPECT_FALSE(database->fileName().isEmpty());
-
-  const long locks = database->numRefs();
-  database->addRef();
-  database->addRef();
-  EXPECT_EQ(locks + 2, database->numRefs());
-  {
-    OdRxModulePtr held(database);
-    EXPECT_EQ(locks + 3, database->numRefs());
-  }
-  database->release();
-  database->release();
-  EXPECT_EQ(locks, database->numRefs());
-}
-
 TEST(PlatformInitTest, DwgClassMapKnowsTheStandardTypeNumbers) {
   struct Case {
     OdUInt16 type;

@@ -160,32 +160,4 @@ TEST_F(RxProtocolExtensionTest, DelXReturnsAndRemovesOnlyOwnExtensions) {
   animal->delX(RxPeOther::desc());
 }
 
-TEST_F(RxProtocolExtensionTest, DeletingAClassDetachesItsExtensions) {
-  ProtocolPtr held = extension(1);
-  RxPeAnimal::desc()->addX(RxPeProtocol::desc(), held);
-  RxPeAnimal::desc()->addX(RxPeOther::desc(), new OdRxObjectImpl<RxPeProtocol>(2));
-  EXPECT_EQ(m_liveAtStart + 2, RxPeProtocol::s_live);
-  EXPECT_EQ(2, held->numRefs());
-
-  // The dog keeps the animal descriptor alive as its parent, yet the extensions go.
-  OdRxClass* oldAnimal = RxPeAnimal::desc();
-  RxPeAnimal::rxUninit();
-  EXPECT_EQ(1, held->numRefs());
-  EXPECT_EQ(m_liveAtStart + 1, RxPeProtocol::s_live) << "the unheld extension was destroyed";
-  EXPECT_EQ(0u, oldAnimal->extensionClasses().size());
-  EXPECT_TRUE(RxPeDog::desc()->getX(RxPeProtocol::desc()).isNull());
-}
-
-TEST_F(RxProtocolExtensionTest, StaticExtensionsOnPlatformClasses) {
-  OdRxClass* root = OdRxObject::desc();
-  const unsigned before = root->extensionClasses().size();
-  root->addX(RxPeProtocol::desc(), &g_onRoot);
-  // Every class derives from the root, so every class finds it.
-  EXPECT_EQ(7, tagOf(RxPeDog::desc()->getX(RxPeProtocol::desc())));
-  EXPECT_EQ(7, tagOf(OdRxClass::desc()->getX(RxPeProtocol::desc())));
-  EXPECT_EQ(&g_onRoot, root->delX(RxPeProtocol::desc()).get());
-  EXPECT_EQ(before, root->extensionClasses().size());
-  EXPECT_EQ(1, g_onRoot.numRefs());
-}
-
 } // namespace rx_protocol_extension_test
