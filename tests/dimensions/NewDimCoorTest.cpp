@@ -1,10 +1,10 @@
-// The newer coordinate dimension: texts as multi-line texts of its own, laid out in the UCS.
+// The newer coordinate dimension: texts as multi-line texts of its own, laid out in the UCS. What
+// every class must do is checked once by the class contract suite (tests/contract).
 
 #include "dimensions/OdDbNewDimCoor.h"
 
 #include "DbText.h"
 #include "Gi/GiRecorder.h"
-#include "PropertyPE.h"
 #include "dimensions/CoorDimExtensions.h"
 #include "dimensions/OdDbDimCoor.h"
 
@@ -65,12 +65,6 @@ void expectTextsAt(const OdDbNewDimCoor* dim, const OdGePoint3d& base, const OdG
     EXPECT_TRUE(e.text->direction().isEqualTo(along));
     EXPECT_TRUE(e.text->normal().isEqualTo(OdGeVector3d::kZAxis));
   }
-}
-
-TEST(NewDimCoor, IsRegisteredUnderTheDimensionBaseWithItsPropertyPage) {
-  OdRxClass* cls = OdDbNewDimCoor::desc();
-  EXPECT_EQ(cls->myParent(), OdDbCustomDimensionBase::desc());
-  EXPECT_NE(dynamic_cast<OdDbNewCoorDimPropertyPE*>(cls->getX(PropertyPE::desc()).get()), nullptr);
 }
 
 TEST(NewDimCoor, ANewDimensionIsGreenAndLabelsTheOriginWithTwoDecimals) {
@@ -357,39 +351,6 @@ TEST(NewDimCoor, OnlyVersionOneIsRead) {
     EXPECT_EQ(dim->colorIndex(), 4);
     expectUntouched(dim);
   }
-}
-
-TEST(NewDimCoor, StreamCutAnywhereFailsAndLeavesTheDimensionAsItWas) {
-  polygontest::Filer writer;
-  writeRecord(writer, 1.0);
-  for (unsigned int bytes = 0; bytes < writer.dataBuffer().size(); ++bytes) {
-    SCOPED_TRACE(bytes);
-    polygontest::Filer reader;
-    polygontest::openCut(writer, bytes, reader);
-    OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
-    EXPECT_NE(dim->dwgInFields(&reader), eOk);
-    expectUntouched(dim);
-  }
-  for (int stream = 0; stream < 2; ++stream) {
-    const OdUInt64 size = stream == 0 ? writer.stringBitSize() : writer.handleBitSize();
-    for (OdUInt64 bits = 0; bits < size; bits += 8) {
-      SCOPED_TRACE(std::to_string(stream) + " " + std::to_string(bits));
-      polygontest::Filer reader;
-      reader.openForRead(writer.dataBuffer(), writer.dataBitSize(), writer.stringBuffer(),
-                         stream == 0 ? bits : writer.stringBitSize(), writer.handleBuffer(),
-                         stream == 1 ? bits : writer.handleBitSize(), nullptr,
-                         OdDbFiler::kCopyFiler);
-      OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
-      EXPECT_NE(dim->dwgInFields(&reader), eOk);
-      expectUntouched(dim);
-    }
-  }
-}
-
-TEST(NewDimCoor, DxfInputIsRefusedWithoutReading) {
-  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
-  EXPECT_EQ(static_cast<int>(dim->dxfInFields(nullptr)), 1);
-  expectUntouched(dim);
 }
 
 // ---------------------------------------------------------------------------------------------
