@@ -126,6 +126,10 @@ TEST(GeoPolygon, NoSidesOrMoreSidesThanVerticesDrawNothing) {
   OdDbGripDataPtrArray grips;
   EXPECT_THROW(p->getGripPoints(grips, 1.0, 5, OdGeVector3d::kZAxis, 0), OdError_InvalidIndex);
   EXPECT_THROW(polygontest::moveGrips(p, {5}, OdGeVector3d(1, 0, 0)), OdError_InvalidIndex);
+  // Stretching a side past the vertices there are moves nothing.
+  const OdGePoint3dArray kept = p->getVertexList();
+  EXPECT_EQ(p->moveStretchPointsAt(OdIntArray{4, 5}, OdGeVector3d(1, 0, 0)), eOk);
+  EXPECT_TRUE(p->getVertexList() == kept);
   // Fewer sides than vertices: the first ones count, but the outline is not drawn.
   p->init(kCenter, 3);
   EXPECT_EQ(p->getPts().size(), 3u);

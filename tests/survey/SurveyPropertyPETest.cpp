@@ -101,6 +101,7 @@ TEST(PolygonPropertyPE, ShowsTheCentralAngleAndRefusesEverySideCount) {
       EXPECT_EQ(p->GetVertexNub(), sides);
     }
   }
+  EXPECT_FALSE(pe->setPropAttributeByeId(nullptr, text(u"3"), 1, 1));
   // The page reads a polygon opened for read.
   OdDbDatabasePtr db = OdDbDatabase::createObject();
   OdDbGeoPolygonPtr square = OdDbGeoPolygon::createObject();
@@ -163,6 +164,7 @@ template <class Rect> void expectRectanglePage(PropertyPE* pe) {
     // P0, where the length and the width edge meet, never moves.
     EXPECT_TRUE(rect->getPts()[0] == OdGePoint3d(1, 2, 0));
   }
+  EXPECT_FALSE(pe->setPropAttributeByeId(nullptr, text(u"5"), 1, 0));
   // The common rows are written through the host.
   OdSmartPtr<Rect> rect = axisAligned<Rect>();
   EXPECT_TRUE(pe->setPropAttributeByeId(rect, text(u"2.5"), 0, 3));
