@@ -37,9 +37,15 @@ bool nearlyEqual(const OdGeVector3d& a, const OdGeVector3d& b) {
   return (a - b).length() <= 1e-9;
 }
 
+/// Text heights too: carried through a frame whose axes are unit length only up to rounding, a
+/// height is scaled by a factor an ulp or so away from 1.
+bool nearlyEqual(double a, double b) {
+  return std::fabs(a - b) <= 1e-9 * std::max(std::fabs(a), std::fabs(b));
+}
+
 bool sameLayout(const OdDbMText& a, const OdDbMText& b) {
   return a.contents() == b.contents() && a.attachment() == b.attachment() &&
-         a.textHeight() == b.textHeight() && nearlyEqual(a.location(), b.location()) &&
+         nearlyEqual(a.textHeight(), b.textHeight()) && nearlyEqual(a.location(), b.location()) &&
          nearlyEqual(a.direction(), b.direction()) && nearlyEqual(a.normal(), b.normal());
 }
 

@@ -281,9 +281,10 @@ TEST_P(ClassContract, DrawingOfOneObjectSavesLoadsAndSavesTheSameBytes) {
   EXPECT_EQ(back->isA(), object->isA());
   // A module object travels as its DWG record, so it comes back field for field; a standard
   // entity travels as DXF groups, whose angles in degrees may come back one ulp off.
-  if (odDbDxfIsProxyClass(object->isA()))
+  if (odDbDxfIsProxyClass(object->isA())) {
     EXPECT_TRUE(fileOut(back, loaded, OdDbFiler::kCopyFiler) ==
                 fileOut(object, db, OdDbFiler::kCopyFiler));
+  }
   std::remove(first.c_str());
   std::remove(second.c_str());
 }
@@ -298,8 +299,9 @@ TEST_P(ClassContract, IdentityTransformChangesNothing) {
   const Streams before = fileOut(shape, db);
   const OdResult result = shape->transformBy(OdGeMatrix3d::kIdentity);
   // A class without geometry may refuse every transform; one with geometry takes it.
-  if (has(kGeometry))
+  if (has(kGeometry)) {
     EXPECT_EQ(result, eOk);
+  }
   EXPECT_TRUE(fileOut(shape, db) == before);
 }
 
@@ -350,8 +352,9 @@ TEST_P(ClassContract, MirrorAndNonUniformScaleFollowTheClassRule) {
     ASSERT_EQ(result, eOk);
     OdGeExtents3d after;
     ASSERT_EQ(target->getGeomExtents(after), eOk);
-    if (c.rule == Transform::Exact)
+    if (c.rule == Transform::Exact) {
       EXPECT_TRUE(sameBox(after, transformedBox(before, c.xform)));
+    }
   }
 }
 
@@ -377,8 +380,9 @@ TEST_P(ClassContract, ExplodeGivesStandardEntitiesWithTheEntityProperties) {
     for (const OdRxClass* cls = piece->isA(); cls; cls = cls->myParent())
       EXPECT_EQ(module.count(cls->name().toUtf8()), 0u) << "a piece of module class "
                                                         << piece->isA()->name().toUtf8();
-    if (!has(kOwnPieceColours))
+    if (!has(kOwnPieceColours)) {
       EXPECT_EQ(piece->colorIndex(), shape->colorIndex());
+    }
     EXPECT_EQ(piece->layerId(), shape->layerId());
     EXPECT_EQ(piece->linetypeId(), shape->linetypeId());
     EXPECT_EQ(piece->linetypeScale(), shape->linetypeScale());
@@ -409,8 +413,9 @@ TEST_P(ClassContract, WhatItDrawsIsItsExtents) {
   const double size = std::max(1.0, (extents.maxPoint() - extents.minPoint()).length());
   EXPECT_TRUE(extents.contains(drawn, OdGeTol(1e-9 * size)));
   // Arcs may be drawn as chords, so the ink may fall short of the exact extents by a little.
-  if (!has(kExtentsBeyondDrawing))
+  if (!has(kExtentsBeyondDrawing)) {
     EXPECT_TRUE(drawn.contains(extents, OdGeTol(1e-3 * size)));
+  }
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -480,8 +485,9 @@ TEST_P(ClassContract, PropertyPageKeepsTheHostContract) {
         OdDbEntityPtr target = OdDbEntity::cast(build());
         const Streams before = fileOut(target, db);
         const bool accepted = page->setPropAttributeByeId(target, value, group, row);
-        if (attribute.editable)
+        if (attribute.editable) {
           EXPECT_FALSE(accepted) << "value type " << value.type();
+        }
         EXPECT_TRUE(fileOut(target, db) == before) << "value type " << value.type();
       }
     }
@@ -489,8 +495,8 @@ TEST_P(ClassContract, PropertyPageKeepsTheHostContract) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, ClassContract, testing::ValuesIn(rows()),
-                         [](const testing::TestParamInfo<Row>& info) {
-                           return rowName(info.param);
+                         [](const testing::TestParamInfo<Row>& param) {
+                           return rowName(param.param);
                          });
 
 // ---------------------------------------------------------------------------------------------
