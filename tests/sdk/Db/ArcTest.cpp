@@ -2,15 +2,11 @@
 
 #include "DbDwgStreamFiler.h"
 #include "DbDxfItemFiler.h"
-#include "Gi/GiRecorder.h"
-#include "RxDictionary.h"
 #include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
-#include <vector>
 
 namespace {
 

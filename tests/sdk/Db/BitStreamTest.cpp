@@ -64,4 +64,15 @@ TEST(BitStream, RawLittleEndianAfterOddBits) {
   EXPECT_EQ(stream.bitSize(), 2u + 80u);
 }
 
+// Bytes taken to read from keep only the bits asked for, so writing goes on right after them.
+TEST(BitStream, AssignDropsBitsPastTheSize) {
+  OdDbBitStream stream;
+  stream.assign(OdUInt8Array{0xFF, 0xFF}, 3);
+  ASSERT_EQ(1u, stream.bytes().size());
+  EXPECT_EQ(0xE0, stream.bytes()[0]);
+  stream.writeBits(0, 2);
+  EXPECT_EQ(0xE0, stream.bytes()[0]);
+  EXPECT_EQ(5u, stream.bitSize());
+}
+
 } // namespace

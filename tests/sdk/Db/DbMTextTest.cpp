@@ -1,27 +1,14 @@
 #include "DbMText.h"
 
-#include "DbBlockTable.h"
 #include "DbDatabase.h"
 #include "DbDwgStreamFiler.h"
-#include "DbDxfFile.h"
 #include "DbDxfItemFiler.h"
 #include "DbText.h"
-#include "DbTextStyleTable.h"
-#include "Gi/GiRecorder.h"
-#include "OdError.h"
-#include "RxDictionary.h"
 #include "RxObjectImpl.h"
-
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <functional>
 #include <limits>
-#include <string>
-#include <unistd.h>
 
 namespace {
 
@@ -175,6 +162,20 @@ TEST(MText, ExplodesIntoOneTextPerLine) {
   // Right attachment: the last line ends at the location.
   OdDbTextPtr last = OdDbText::cast(pieces[1]);
   expectPoint(OdGePoint3d(10 - 4 * 0.6 * 3 * 0.5, 1.0, 0), last->position());
+}
+
+// The direction is filed as group 11; the rotation comes back from it.
+TEST(MText, DxfKeepsTheDirection) {
+  OdDbMTextPtr mtext = OdDbMText::createObject();
+  mtext->setContents(OD_T("a"));
+  mtext->setRotation(0.5);
+  OdStaticRxObject<OdDbDxfItemFiler> filer;
+  filer.openForWrite();
+  mtext->dxfOutFields(&filer);
+  filer.rewind();
+  OdDbMTextPtr copy = OdDbMText::createObject();
+  ASSERT_EQ(eOk, copy->dxfInFields(&filer));
+  EXPECT_NEAR(0.5, copy->rotation(), 1e-12);
 }
 
 } // namespace

@@ -1,19 +1,14 @@
 #include "DbDwgStreamFiler.h"
 
-#include "CmColor.h"
-#include "DbDatabase.h"
-#include "Ge/GePoint2d.h"
 #include "Ge/GePoint3d.h"
 #include "Ge/GeScale3d.h"
 #include "Ge/GeVector2d.h"
-#include "Ge/GeVector3d.h"
-#include "RxDictionary.h"
 #include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
 
 #include <cfloat>
-#include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <limits>
@@ -155,16 +150,7 @@ TEST(DwgStreamFilerTest, EachReferenceKindWritesItsCode) {
 
 TEST(DwgStreamFilerTest, IntegersRoundTripAtTheirBoundaries) {
   const std::vector<OdInt16> shorts = {0, 1, 255, 256, 257, -1, 32767, -32768};
-  const std::vector<OdInt32> longs = {0,
-                                      1,
-                                      255,
-                                      256,
-                                      257,
-                                      -1,
-                                      65535,
-                                      65536,
-                                      std::numeric_limits<OdInt32>::min(),
-                                      std::numeric_limits<OdInt32>::max()};
+  const std::vector<OdInt32> longs = {0, 1, 255, 256, 257, -1, 65535, 65536, INT32_MIN, INT32_MAX};
   const std::vector<OdInt64> longLongs = {0, 1, 255, 256, 0x123456789ABCll, (OdInt64(1) << 56) - 1};
   Filer filer;
   filer.openForWrite();
@@ -204,19 +190,14 @@ TEST(DwgStreamFilerTest, IntegersRoundTripAtTheirBoundaries) {
 }
 
 TEST(DwgStreamFilerTest, DoublesRoundTripBitForBit) {
-  const std::vector<double> values = {0.0,
-                                      1.0,
-                                      -0.0,
-                                      1.5,
-                                      -1.0,
-                                      doubleFromBits(0x7FF8000000000001ull), // quiet NaN, payload
-                                      doubleFromBits(0xFFF4000000000000ull), // signalling NaN
-                                      std::numeric_limits<double>::infinity(),
-                                      -std::numeric_limits<double>::infinity(),
-                                      std::numeric_limits<double>::denorm_min(),
-                                      DBL_MIN / 4,
-                                      DBL_MAX,
-                                      -DBL_MAX};
+  const double inf = std::numeric_limits<double>::infinity();
+  // NaNs keep their payload and their quiet or signalling kind.
+  const double quiet = doubleFromBits(0x7FF8000000000001ull);
+  const double signalling = doubleFromBits(0xFFF4000000000000ull);
+  const std::vector<double> values = {
+      0.0,         1.0,        -0.0,    1.5,  -1.0,
+      quiet,       signalling, inf,     -inf, std::numeric_limits<double>::denorm_min(),
+      DBL_MIN / 4, DBL_MAX,    -DBL_MAX};
   Filer filer;
   filer.openForWrite();
   for (bool shift : {false, true}) {
@@ -263,25 +244,8 @@ TEST(DwgStreamFilerTest, StringsRoundTripAsUtf16Units) {
   EXPECT_EQ(filer.remainingStringBits(), 0u);
 }
 
-class DwgStreamFilerDatabaseTest : public ::testing::Test {
-protected:
-  void SetUp() override { odInitialize(); }
-  void TearDown() override { odUninitialize(); }
-};
-
-struct ColorCase {
-  const char* name;
-  OdUInt32 packed;
-  const char16_t* colorName;
-  const char16_t* bookName;
-};
-
 // ---------------------------------------------------------------------------------------------
 // Short and malformed streams
-
-namespace {
-
-} // namespace
 
 TEST(DwgStreamFilerTest, MalformedValuesAreImproperlyRead) {
   struct Case {
@@ -290,35 +254,16 @@ TEST(DwgStreamFilerTest, MalformedValuesAreImproperlyRead) {
     OdUInt64 dataBits, stringBits, handleBits;
     std::function<void(OdDbDwgFiler&)> read;
   };
+  auto rdString = [](OdDbDwgFiler& f) { f.rdString(); };
+  auto rdHandle = [](OdDbDwgFiler& f) { f.rdDbHandle(); };
   const std::vector<Case> cases = {
       {"BL prefix 11", {0xC0}, {}, {}, 2, 0, 0, [](OdDbDwgFiler& f) { f.rdInt32(); }},
       {"BD prefix 11", {0xC0}, {}, {}, 2, 0, 0, [](OdDbDwgFiler& f) { f.rdDouble(); }},
       // BS 255 units but only 2 units' worth of bits follow.
-      {"TU count too large",
-       {},
-       {0x7F, 0xC0, 0, 0, 0, 0},
-       {},
-       0,
-       42,
-       0,
-       [](OdDbDwgFiler& f) { f.rdString(); }},
+      {"TU count too large", {}, {0x7F, 0xC0, 0, 0, 0, 0}, {}, 0, 42, 0, rdString},
       // BS 0xFFFF via the full form: 65535 units from 2 bytes.
-      {"TU count 65535",
-       {},
-       {0x3F, 0xFF, 0xC0, 0, 0},
-       {},
-       0,
-       40,
-       0,
-       [](OdDbDwgFiler& f) { f.rdString(); }},
-      {"H count 9",
-       {},
-       {},
-       {0x59, 1, 2, 3, 4, 5, 6, 7, 8, 9},
-       0,
-       0,
-       80,
-       [](OdDbDwgFiler& f) { f.rdDbHandle(); }},
+      {"TU count 65535", {}, {0x3F, 0xFF, 0xC0, 0, 0}, {}, 0, 40, 0, rdString},
+      {"H count 9", {}, {}, {0x59, 1, 2, 3, 4, 5, 6, 7, 8, 9}, 0, 0, 80, rdHandle},
       {"H count 15", {}, {}, {0x2F}, 0, 0, 8, [](OdDbDwgFiler& f) { f.rdSoftOwnershipId(); }},
   };
   for (const Case& c : cases) {
@@ -328,6 +273,3 @@ TEST(DwgStreamFilerTest, MalformedValuesAreImproperlyRead) {
     EXPECT_EQ(filer.filerStatus(), eDwgObjectImproperlyRead) << c.name;
   }
 }
-
-// ---------------------------------------------------------------------------------------------
-// Modes and positions

@@ -2,8 +2,6 @@
 
 #include "DbDwgStreamFiler.h"
 #include "DbDxfItemFiler.h"
-#include "DbLine.h"
-#include "DbPolyline.h"
 #include "Gi/GiRecorder.h"
 #include "RxDictionary.h"
 #include "RxObjectImpl.h"
@@ -12,10 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <limits>
-#include <map>
-#include <string>
 #include <vector>
 
 namespace {
@@ -236,29 +231,17 @@ TEST_F(HatchTest, PatternFamiliesFollowNameAngleAndScale) {
     std::vector<double> directionsDegrees; // modulo 180
     double spacing;
   };
+  const auto kPre = OdDbHatch::kPreDefined, kUser = OdDbHatch::kUserDefined,
+             kCustom = OdDbHatch::kCustomDefined;
   const Case cases[] = {
-      {"ANSI31", OdDbHatch::kPreDefined, OD_T("ANSI31"), false, 1.0, 0.0, {45}, 3.175},
-      {"unknown as ANSI31", OdDbHatch::kCustomDefined, OD_T("MYPAT"), false, 1.0, 0.0, {45}, 3.175},
-      {"scaled and turned",
-       OdDbHatch::kPreDefined,
-       OD_T("ANSI31"),
-       false,
-       2.0,
-       OdaPI / 6,
-       {75},
-       6.35},
-      {"LINE", OdDbHatch::kPreDefined, OD_T("line"), false, 1.0, 0.0, {0}, 3.175},
-      {"NET", OdDbHatch::kPreDefined, OD_T("NET"), false, 1.0, 0.0, {0, 90}, 3.175},
-      {"ANSI37", OdDbHatch::kPreDefined, OD_T("ANSI37"), false, 1.0, 0.0, {45, 135}, 3.175},
-      {"user single",
-       OdDbHatch::kUserDefined,
-       OD_T("_USER"),
-       false,
-       1.0,
-       0.5,
-       {0.5 * 180.0 / OdaPI},
-       3.175},
-      {"user double", OdDbHatch::kUserDefined, OD_T("_USER"), true, 1.0, 0.0, {0, 90}, 3.175},
+      {"ANSI31", kPre, OD_T("ANSI31"), false, 1.0, 0.0, {45}, 3.175},
+      {"unknown as ANSI31", kCustom, OD_T("MYPAT"), false, 1.0, 0.0, {45}, 3.175},
+      {"scaled and turned", kPre, OD_T("ANSI31"), false, 2.0, OdaPI / 6, {75}, 6.35},
+      {"LINE", kPre, OD_T("line"), false, 1.0, 0.0, {0}, 3.175},
+      {"NET", kPre, OD_T("NET"), false, 1.0, 0.0, {0, 90}, 3.175},
+      {"ANSI37", kPre, OD_T("ANSI37"), false, 1.0, 0.0, {45, 135}, 3.175},
+      {"user single", kUser, OD_T("_USER"), false, 1.0, 0.5, {0.5 * 180.0 / OdaPI}, 3.175},
+      {"user double", kUser, OD_T("_USER"), true, 1.0, 0.0, {0, 90}, 3.175},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

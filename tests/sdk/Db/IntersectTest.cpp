@@ -1,11 +1,8 @@
-// intersectWith of lines, arcs and polylines with each other and with entities that only
-// explode into them.
+// intersectWith of lines, arcs and polylines with each other.
 
 #include "DbArc.h"
 #include "DbLine.h"
-#include "DbPoint.h"
 #include "DbPolyline.h"
-#include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
 
@@ -14,26 +11,6 @@
 #include <vector>
 
 namespace intersect_test {
-
-/// A custom entity with no geometry of its own but what it explodes into: two crossing lines.
-class IntersectCross : public OdDbEntity {
-  ODRX_DECLARE_MEMBERS(IntersectCross);
-
-protected:
-  OdResult subExplode(OdRxObjectPtrArray& entitySet) const override {
-    for (const auto& ends : {std::make_pair(OdGePoint3d(0, 0, 0), OdGePoint3d(4, 4, 0)),
-                             std::make_pair(OdGePoint3d(0, 4, 0), OdGePoint3d(4, 0, 0))}) {
-      OdDbLinePtr line = OdDbLine::createObject();
-      line->setStartPoint(ends.first);
-      line->setEndPoint(ends.second);
-      entitySet.append(line);
-    }
-    return eOk;
-  }
-};
-ODRX_DEFINE_PSEUDO_CONSTRUCTOR(IntersectCross)
-ODRX_DEFINE_MEMBERS2(IntersectCross, OdDbEntity, &IntersectCross::pseudoConstructor, 0, 0, 0,
-                     OD_T("INTERSECTCROSS"), OdString::kEmpty)
 
 namespace {
 
@@ -120,45 +97,21 @@ void checkCases(const std::vector<Case>& cases) {
 }
 
 typedef OdGePoint3d P;
+constexpr OdDb::Intersect kOnBoth = OdDb::kOnBothOperands, kExtThis = OdDb::kExtendThis;
 
 TEST(IntersectTest, LinesWithArcs) {
   const double s3 = std::sqrt(3.0);
+  const OdDbEntityPtr half = arc(P(0, 0, 0), 2.0, 0.0, 180.0);
+  const OdDbEntityPtr across = line(P(-3, 1, 0), P(3, 1, 0));
+  const OdDbEntityPtr shortLine = line(P(-3, 1, 0), P(-2.5, 1, 0));
   const std::vector<Case> cases = {
-      {"through both ends of a half circle's chord band",
-       line(P(-3, 1, 0), P(3, 1, 0)),
-       arc(P(0, 0, 0), 2.0, 0.0, 180.0),
-       OdDb::kOnBothOperands,
-       {P(-s3, 1, 0), P(s3, 1, 0)}},
-      {"one crossing outside the sweep",
-       line(P(-3, 1, 0), P(3, 1, 0)),
-       arc(P(0, 0, 0), 2.0, 0.0, 90.0),
-       OdDb::kOnBothOperands,
-       {P(s3, 1, 0)}},
-      {"tangent",
-       line(P(-3, 2, 0), P(3, 2, 0)),
-       arc(P(0, 0, 0), 2.0, 0.0, 180.0),
-       OdDb::kOnBothOperands,
-       {P(0, 2, 0)}},
-      {"tangent outside the sweep",
-       line(P(-3, -2, 0), P(3, -2, 0)),
-       arc(P(0, 0, 0), 2.0, 0.0, 180.0),
-       OdDb::kOnBothOperands,
-       {}},
-      {"line short of the arc",
-       line(P(-3, 1, 0), P(-2.5, 1, 0)),
-       arc(P(0, 0, 0), 2.0, 0.0, 180.0),
-       OdDb::kOnBothOperands,
-       {}},
-      {"line extended to the arc",
-       line(P(-3, 1, 0), P(-2.5, 1, 0)),
-       arc(P(0, 0, 0), 2.0, 0.0, 180.0),
-       OdDb::kExtendThis,
-       {P(-s3, 1, 0), P(s3, 1, 0)}},
-      {"line through the arc's plane",
-       line(P(0, 2, -1), P(0, 2, 1)),
-       arc(P(0, 0, 0), 2.0, 0.0, 180.0),
-       OdDb::kOnBothOperands,
-       {P(0, 2, 0)}},
+      {"through a half circle twice", across, half, kOnBoth, {P(-s3, 1, 0), P(s3, 1, 0)}},
+      {"outside the sweep once", across, arc(P(0, 0, 0), 2.0, 0.0, 90.0), kOnBoth, {P(s3, 1, 0)}},
+      {"tangent", line(P(-3, 2, 0), P(3, 2, 0)), half, kOnBoth, {P(0, 2, 0)}},
+      {"tangent outside the sweep", line(P(-3, -2, 0), P(3, -2, 0)), half, kOnBoth, {}},
+      {"line short of the arc", shortLine, half, kOnBoth, {}},
+      {"line extended to the arc", shortLine, half, kExtThis, {P(-s3, 1, 0), P(s3, 1, 0)}},
+      {"line through the arc's plane", line(P(0, 2, -1), P(0, 2, 1)), half, kOnBoth, {P(0, 2, 0)}},
   };
   checkCases(cases);
 }
@@ -166,41 +119,37 @@ TEST(IntersectTest, LinesWithArcs) {
 TEST(IntersectTest, ArcsWithArcs) {
   const double s3 = std::sqrt(3.0);
   const double s2 = std::sqrt(2.0);
+  const OdDbEntityPtr circle2 = arc(P(0, 0, 0), 2.0, 0.0, 0.0);
+  const OdDbEntityPtr circle1 = arc(P(0, 0, 0), 1.0, 0.0, 0.0);
+  const OdDbEntityPtr leftHalf = arc(P(2, 0, 0), 2.0, 90.0, 270.0);
+  const OdGeVector3d y = OdGeVector3d::kYAxis;
   const std::vector<Case> cases = {
-      {"two crossings",
-       arc(P(0, 0, 0), 2.0, 0.0, 0.0),
-       arc(P(2, 0, 0), 2.0, 90.0, 270.0),
-       OdDb::kOnBothOperands,
-       {P(1, s3, 0), P(1, -s3, 0)}},
+      {"two crossings", circle2, leftHalf, kOnBoth, {P(1, s3, 0), P(1, -s3, 0)}},
       {"one crossing in both sweeps",
        arc(P(0, 0, 0), 2.0, 0.0, 90.0),
-       arc(P(2, 0, 0), 2.0, 90.0, 270.0),
-       OdDb::kOnBothOperands,
+       leftHalf,
+       kOnBoth,
        {P(1, s3, 0)}},
       {"touching from outside",
        arc(P(0, 0, 0), 1.0, -90.0, 90.0),
        arc(P(3, 0, 0), 2.0, 90.0, 270.0),
-       OdDb::kOnBothOperands,
+       kOnBoth,
        {P(1, 0, 0)}},
       {"one circle: the overlap's ends",
        arc(P(0, 0, 0), 2.0, 0.0, 90.0),
        arc(P(0, 0, 0), 2.0, 45.0, 180.0),
-       OdDb::kOnBothOperands,
+       kOnBoth,
        {P(0, 2, 0), P(s2, s2, 0)}},
-      {"concentric, different radii",
-       arc(P(0, 0, 0), 2.0, 0.0, 0.0),
-       arc(P(0, 0, 0), 1.0, 0.0, 0.0),
-       OdDb::kOnBothOperands,
-       {}},
+      {"concentric, different radii", circle2, circle1, kOnBoth, {}},
       {"planes crossing where both circles pass",
-       arc(P(0, 0, 0), 1.0, 0.0, 0.0),
-       arc(P(2, 0, 0), 1.0, 0.0, 0.0, OdGeVector3d::kYAxis),
-       OdDb::kOnBothOperands,
+       circle1,
+       arc(P(2, 0, 0), 1.0, 0.0, 0.0, y),
+       kOnBoth,
        {P(1, 0, 0)}},
       {"planes crossing where one circle passes",
-       arc(P(0, 0, 0), 1.0, 0.0, 0.0),
-       arc(P(1, 0, 0), 1.0, 0.0, 0.0, OdGeVector3d::kYAxis),
-       OdDb::kOnBothOperands,
+       circle1,
+       arc(P(1, 0, 0), 1.0, 0.0, 0.0, y),
+       kOnBoth,
        {}},
   };
   checkCases(cases);
@@ -208,61 +157,54 @@ TEST(IntersectTest, ArcsWithArcs) {
 
 TEST(IntersectTest, PolylinesBySegments) {
   const OdDbEntityPtr rectangle = polyline({{0, 0, 0}, {4, 0, 0}, {4, 2, 0}, {0, 2, 0}}, true);
+  const OdDbEntityPtr vertical = line(P(2, -3, 0), P(2, 3, 0));
+  const OdDbEntityPtr horizontal = line(P(-1, 1, 0), P(5, 1, 0));
+  const double r = std::sqrt(1.25);
   const std::vector<Case> cases = {
       {"across a closed rectangle",
        rectangle,
        line(P(2, -1, 0), P(2, 3, 0)),
-       OdDb::kOnBothOperands,
+       kOnBoth,
        {P(2, 0, 0), P(2, 2, 0)}},
       {"through a vertex, counted once",
        rectangle,
        line(P(-1, -1, 0), P(5, 5, 0)),
-       OdDb::kOnBothOperands,
+       kOnBoth,
        {P(0, 0, 0), P(2, 2, 0)}},
-      {"along an edge",
-       rectangle,
-       line(P(1, 0, 0), P(3, 0, 0)),
-       OdDb::kOnBothOperands,
-       {P(1, 0, 0), P(3, 0, 0)}},
+      {"along an edge", rectangle, line(P(1, 0, 0), P(3, 0, 0)), kOnBoth, {P(1, 0, 0), P(3, 0, 0)}},
       {"open: no closing segment",
        polyline({{0, 0, 0}, {4, 0, 0}, {4, 2, 0}}, false),
-       line(P(-1, 1, 0), P(5, 1, 0)),
-       OdDb::kOnBothOperands,
+       horizontal,
+       kOnBoth,
        {P(4, 1, 0)}},
       {"closed: with the closing segment",
        polyline({{0, 0, 0}, {4, 0, 0}, {4, 2, 0}}, true),
-       line(P(-1, 1, 0), P(5, 1, 0)),
-       OdDb::kOnBothOperands,
+       horizontal,
+       kOnBoth,
        {P(4, 1, 0), P(2, 1, 0)}},
       {"a bulged segment is its arc",
        polyline({{0, 0, 1.0}, {4, 0, 0}}, false),
-       line(P(2, -3, 0), P(2, 3, 0)),
-       OdDb::kOnBothOperands,
+       vertical,
+       kOnBoth,
        {P(2, -2, 0)}},
       {"a clockwise bulge",
        polyline({{0, 0, -1.0}, {4, 0, 0}}, false),
-       line(P(2, -3, 0), P(2, 3, 0)),
-       OdDb::kOnBothOperands,
+       vertical,
+       kOnBoth,
        {P(2, 2, 0)}},
       {"two rectangles",
        rectangle,
        polyline({{1, -1, 0}, {3, -1, 0}, {3, 3, 0}, {1, 3, 0}}, true),
-       OdDb::kOnBothOperands,
+       kOnBoth,
        {P(1, 0, 0), P(3, 0, 0), P(3, 2, 0), P(1, 2, 0)}},
       {"polyline and arc",
        rectangle,
        arc(P(2, 1, 0), 1.5, 0.0, 180.0),
-       OdDb::kOnBothOperands,
-       {P(2 + std::sqrt(1.25), 2, 0), P(2 - std::sqrt(1.25), 2, 0)}},
+       kOnBoth,
+       {P(2 + r, 2, 0), P(2 - r, 2, 0)}},
   };
   checkCases(cases);
 }
-
-class IntersectExplodedTest : public ::testing::Test {
-protected:
-  static void SetUpTestSuite() { IntersectCross::rxInit(); }
-  static void TearDownTestSuite() { IntersectCross::rxUninit(); }
-};
 
 } // namespace
 } // namespace intersect_test

@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace {
@@ -36,42 +35,6 @@ protected:
       pline->addVertexAt(pline->numVerts(), OdGePoint2d(v.x, v.y), v.bulge);
     pline->setClosed(closed);
     return pline;
-  }
-  /// Every field away from its default: bulges, varying widths, closed, plinegen, elevation,
-  /// thickness and a tilted normal.
-  static OdDbPolylinePtr makeFullPolyline() {
-    OdDbPolylinePtr pline = makePolyline({{0.0, 0.0, 0.5}, {4.0, 0.0, 0.0}, {4.0, 3.0, -1.0}});
-    pline->setWidthsAt(0, 0.25, 0.5);
-    pline->setWidthsAt(2, 1.0, 0.0);
-    pline->setClosed(true);
-    pline->setPlinegen(true);
-    pline->setElevation(-2.5);
-    pline->setThickness(3.0);
-    pline->setNormal(OdGeVector3d(0.0, 0.6, 0.8));
-    return pline;
-  }
-  static void expectSamePolyline(OdDbPolyline* expected, OdDbPolyline* actual) {
-    ASSERT_EQ(expected->numVerts(), actual->numVerts());
-    for (unsigned int i = 0; i < expected->numVerts(); ++i) {
-      SCOPED_TRACE(i);
-      OdGePoint2d p1, p2;
-      double b1 = 0, b2 = 0, s1 = 0, s2 = 0, e1 = 0, e2 = 0;
-      expected->getPointAt(i, p1);
-      actual->getPointAt(i, p2);
-      expected->getBulgeAt(i, b1);
-      actual->getBulgeAt(i, b2);
-      expected->getWidthsAt(i, s1, e1);
-      actual->getWidthsAt(i, s2, e2);
-      EXPECT_EQ(p1, p2);
-      EXPECT_EQ(b1, b2);
-      EXPECT_EQ(s1, s2);
-      EXPECT_EQ(e1, e2);
-    }
-    EXPECT_EQ(expected->isClosed(), actual->isClosed());
-    EXPECT_EQ(expected->hasPlinegen(), actual->hasPlinegen());
-    EXPECT_EQ(expected->elevation(), actual->elevation());
-    EXPECT_EQ(expected->thickness(), actual->thickness());
-    EXPECT_EQ(expected->normal(), actual->normal());
   }
 };
 
@@ -239,6 +202,57 @@ TEST_F(PolylineTest, WideArcIsTheBandBetweenOffsetArcs) {
   expectPoint(OdGePoint3d(2.0, -1.5, 0.5), band.points[16]);
   expectPoint(OdGePoint3d(2.0, -2.5, 0.5), band.points[49]);
   expectPoint(OdGePoint3d(4.5, 0.0, 0.5), band.points[33]);
+}
+
+TEST_F(PolylineTest, GripsAndStretchMoveVertices) {
+  OdDbPolylinePtr pline = makePolyline({{0, 0, 0}, {2, 0, 0}, {2, 2, 0}});
+  pline->setElevation(1.0);
+  // The offset's part along the normal is dropped, and a vertex named twice moves once.
+  ASSERT_EQ(eOk, pline->moveGripPointsAt(OdIntArray{1, 1}, OdGeVector3d(1.0, 1.0, 5.0)));
+  expectPoint(OdGePoint3d(3.0, 1.0, 1.0), worldPoint(pline, 1));
+  EXPECT_EQ(eInvalidIndex, pline->moveGripPointsAt(OdIntArray{0, 3}, OdGeVector3d(1, 0, 0)));
+  EXPECT_EQ(eInvalidIndex, pline->setBulgeAt(3, 0.5));
+  expectPoint(OdGePoint3d(0.0, 0.0, 1.0), worldPoint(pline, 0));
+  ASSERT_EQ(eOk, pline->moveStretchPointsAt(OdIntArray{0, 2}, OdGeVector3d(-1.0, 0.0, 0.0)));
+  expectPoint(OdGePoint3d(-1.0, 0.0, 1.0), worldPoint(pline, 0));
+  expectPoint(OdGePoint3d(3.0, 1.0, 1.0), worldPoint(pline, 1));
+  expectPoint(OdGePoint3d(1.0, 2.0, 1.0), worldPoint(pline, 2));
+}
+
+TEST_F(PolylineTest, ExtentsIncludeArcBulgesOfEverySegment) {
+  const struct {
+    const char* name;
+    OdDbPolylinePtr pline;
+    OdGePoint3d min, max;
+  } cases[] = {
+      {"half circle below", makePolyline({{0, 0, 1.0}, {2, 0, 0}}), {0, -1, 0}, {2, 0, 0}},
+      {"closing segment below",
+       makePolyline({{2, 0, 0}, {0, 0, 1.0}}, true),
+       {0, -1, 0},
+       {2, 0, 0}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    OdGeExtents3d extents;
+    ASSERT_EQ(eOk, c.pline->getGeomExtents(extents));
+    expectPoint(c.min, extents.minPoint());
+    expectPoint(c.max, extents.maxPoint());
+  }
+}
+
+TEST_F(PolylineTest, DxfFlagsMarkAClosedPolyline) {
+  DxfFiler filer;
+  filer.openForWrite();
+  makePolyline({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}, true)->dxfOutFields(&filer);
+  const auto& items = filer.items();
+  const auto flags =
+      std::find_if(items.begin(), items.end(), [](const auto& i) { return i.code == 70; });
+  ASSERT_NE(flags, items.end());
+  EXPECT_EQ(flags->value, OdString(OD_T("1")));
+  filer.rewind();
+  OdDbPolylinePtr copy = OdDbPolyline::createObject();
+  ASSERT_EQ(eOk, copy->dxfInFields(&filer));
+  EXPECT_TRUE(copy->isClosed());
 }
 
 } // namespace

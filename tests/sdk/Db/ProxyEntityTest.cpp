@@ -1,14 +1,9 @@
 #include "DbProxyEntity.h"
 
-#include "DbDatabase.h"
-#include "Gi/GiProxyGraphicsWriter.h"
 #include "Gi/GiRecorder.h"
-#include "OdError.h"
-#include "RxDictionary.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstring>
 #include <limits>
 #include <vector>

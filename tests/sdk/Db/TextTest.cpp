@@ -1,19 +1,12 @@
 #include "DbText.h"
 
-#include "DbDatabase.h"
 #include "DbDwgStreamFiler.h"
 #include "DbDxfItemFiler.h"
-#include "DbTextStyleTable.h"
 #include "Gi/GiRecorder.h"
-#include "OdError.h"
-#include "RxDictionary.h"
 #include "RxObjectImpl.h"
-
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <functional>
 #include <limits>
 
 OdRxClass* oddbDwgClassMapDesc(OdUInt16 dwgType);

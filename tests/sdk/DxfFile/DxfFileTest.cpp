@@ -8,7 +8,6 @@
 #include "DbDxfItemFiler.h"
 #include "DbLine.h"
 #include "DbPolyline.h"
-#include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
 
@@ -19,8 +18,6 @@
 #include <functional>
 #include <sstream>
 #include <string>
-#include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -197,6 +194,19 @@ TEST_F(DxfFileTest, AMissingFileIsReportedAsSuch) {
   EXPECT_EQ(odDbReadDxf(path("none.dxf").c_str(), db, &error), eFileNotFound);
   EXPECT_TRUE(db.isNull());
   EXPECT_NE(error.toUtf8().find("none.dxf"), std::string::npos);
+}
+
+// Files written on Windows end their lines in CR LF; the CR is not part of the value.
+TEST_F(DxfFileTest, LinesEndingInCarriageReturnsLoad) {
+  std::string text;
+  for (const std::string& line : validLines())
+    text += line + "\r\n";
+  writeAll(path("crlf.dxf"), text);
+  OdDbDatabasePtr db;
+  OdString error;
+  ASSERT_EQ(odDbReadDxf(path("crlf.dxf").c_str(), db, &error), eOk) << error.toUtf8();
+  OdDbBlockTableRecordPtr model = db->getModelSpaceId().safeOpenObject();
+  EXPECT_EQ(model->entityIds().size(), 1u);
 }
 
 TEST_F(DxfFileTest, AnEntityOfUnknownTypeIsSkippedWithANote) {

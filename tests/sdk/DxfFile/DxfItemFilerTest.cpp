@@ -1,17 +1,11 @@
 #include "DbDxfItemFiler.h"
 
-#include "DbDatabase.h"
 #include "Ge/GePoint2d.h"
 #include "Ge/GePoint3d.h"
-#include "Ge/GeVector2d.h"
-#include "Ge/GeVector3d.h"
 #include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <functional>
-#include <limits>
 #include <string>
 #include <vector>
 

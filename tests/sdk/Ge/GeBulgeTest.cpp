@@ -13,7 +13,8 @@ const double kInf = std::numeric_limits<double>::infinity();
 const double kSqrt2 = std::sqrt(2.0);
 // Bulges of a quarter and of three quarters of a turn.
 const double kQuarter = std::tan(OdaPI / 8.0);
-const double kThreeQuarters = std::tan(3.0 * OdaPI / 8.0);
+const double kThreeQ = std::tan(3.0 * OdaPI / 8.0);
+const double kVertical = 4.0 * std::atan(0.5); // the sweep of bulge 0.5
 
 void expectPoint(const OdGePoint2d& actual, const OdGePoint2d& expected, double eps = kEps) {
   EXPECT_NEAR(actual.x, expected.x, eps);
@@ -34,44 +35,36 @@ TEST(GeBulge, ArcThroughChordEnds) {
     OdGePoint2d middle;
     double segmentArea;
   } cases[] = {
-      {"semicircle", {0, 0}, {2, 0}, 1.0, {1, 0}, 1.0, OdaPI, {1, -1}, OdaPI / 2.0},
-      {"clockwise semicircle", {0, 0}, {2, 0}, -1.0, {1, 0}, 1.0, -OdaPI, {1, 1}, -OdaPI / 2.0},
-      {"quarter turn",
-       {0, 0},
-       {2, 0},
-       kQuarter,
-       {1, 1},
-       kSqrt2,
-       OdaPI / 2.0,
-       {1, 1 - kSqrt2},
-       OdaPI / 2.0 - 1.0},
-      {"clockwise quarter turn",
+      {"semicircle", {0, 0}, {2, 0}, 1.0, {1, 0}, 1.0, OdaPI, {1, -1}, OdaPI2},
+      {"clockwise semicircle", {0, 0}, {2, 0}, -1.0, {1, 0}, 1.0, -OdaPI, {1, 1}, -OdaPI2},
+      {"quarter", {0, 0}, {2, 0}, kQuarter, {1, 1}, kSqrt2, OdaPI2, {1, 1 - kSqrt2}, OdaPI2 - 1},
+      {"cw quarter",
        {0, 0},
        {2, 0},
        -kQuarter,
        {1, -1},
        kSqrt2,
-       -OdaPI / 2.0,
+       -OdaPI2,
        {1, kSqrt2 - 1},
-       1.0 - OdaPI / 2.0},
-      {"three quarters of a turn",
+       1 - OdaPI2},
+      {"three quarter",
        {0, 0},
        {2, 0},
-       kThreeQuarters,
+       kThreeQ,
        {1, -1},
        kSqrt2,
-       3.0 * OdaPI / 2.0,
+       3 * OdaPI2,
        {1, -1 - kSqrt2},
-       3.0 * OdaPI / 2.0 + 1.0},
-      {"vertical chord off the origin",
+       3 * OdaPI2 + 1},
+      {"vertical chord",
        {3, 1},
        {3, 5},
        0.5,
        {1.5, 3},
        2.5,
-       4.0 * std::atan(0.5),
+       kVertical,
        {4, 3},
-       0.5 * 6.25 * (4.0 * std::atan(0.5) - std::sin(4.0 * std::atan(0.5)))},
+       0.5 * 6.25 * (kVertical - std::sin(kVertical))},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);

@@ -187,4 +187,31 @@ TEST(GeMatrix3d, PlaneToWorldUsesArbitraryAxisRule) {
   EXPECT_THROW(OdGeMatrix3d::worldToPlane(OdGeVector3d()), OdError);
 }
 
+TEST(GeMatrix3d, ShapePredicates) {
+  OdGeMatrix3d shear;
+  shear.entry[0][1] = 0.5;
+  const OdGeMatrix3d rotation = OdGeMatrix3d::rotation(0.3, OdGeVector3d(1, 1, 0));
+  const struct {
+    const char* name;
+    OdGeMatrix3d m;
+    bool uniScaledOrtho;
+    bool scaledOrtho;
+    double scale;
+  } cases[] = {
+      {"identity", OdGeMatrix3d::kIdentity, true, true, 1.0},
+      {"rotated and scaled", rotation * OdGeMatrix3d::scaling(2.5), true, true, 2.5},
+      {"large uniform", OdGeMatrix3d::scaling(1000.0), true, true, 1000.0},
+      {"mirrored", OdGeMatrix3d::mirroring(OdGePoint3d(), OdGeVector3d(1, 0, 0)), true, true, 1.0},
+      {"non-uniform", OdGeMatrix3d::scaling(OdGeScale3d(2, 3, 4)), false, true, 4.0},
+      {"sheared", shear, false, false, std::sqrt(1.25)},
+      {"flattened", OdGeMatrix3d::scaling(OdGeScale3d(1, 1, 0)), false, false, 1.0},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(c.m.isUniScaledOrtho(), c.uniScaledOrtho) << c.name;
+    EXPECT_EQ(c.m.isScaledOrtho(), c.scaledOrtho) << c.name;
+    EXPECT_NEAR(c.m.scale(), c.scale, kEps) << c.name;
+  }
+  EXPECT_DOUBLE_EQ(OdGeMatrix3d::translation(OdGeVector3d(3, -7, 2)).norm(), 7.0);
+}
+
 } // namespace

@@ -24,6 +24,14 @@ double deg(double degrees) {
   return degrees * OdaPI / 180.0;
 }
 
+TEST(GiExtentsCollector, TextBoxFollowsDirectionHeightAndSlant) {
+  OdGiExtentsCollector collector;
+  collector.setTextWidthFunction([](const OdString&, double h, double w) { return 10.0 * h * w; });
+  collector.text(OdGePoint3d(0, 0, 0), kZ, OdGeVector3d(0, 3, 0), 1, 1, OdaPI / 4, OdString("ab"));
+  // Baseline along +Y for 10; up is -X; the slant shifts the top by height along +Y.
+  expectBox(collector.extents(), OdGePoint3d(-1, 0, 0), OdGePoint3d(0, 11, 0));
+}
+
 } // namespace
 
 TEST(GiExtentsCollector, VerticesThroughStackedTransformsAndUnbalancedPop) {

@@ -1,12 +1,10 @@
 #include "Gi/GiProxyGraphicsWriter.h"
 
 #include "DbDatabase.h"
-#include "DbEntity.h"
 #include "DbLayerTable.h"
 #include "DbLinetypeTable.h"
 #include "Ge/GeMatrix3d.h"
 #include "Ge/GeScale3d.h"
-#include "Gi/GiExtentsCollector.h"
 
 #include <gtest/gtest.h>
 
@@ -208,9 +206,6 @@ TEST(GiProxyGraphicsWriter, PrimitiveCommandsHaveTheirExactLayout) {
   }
 }
 
-// ---------------------------------------------------------------------------------------------
-// Traits.
-
 class ProxyWriterTablesTest : public ::testing::Test {
 protected:
   void SetUp() override {
@@ -232,15 +227,6 @@ protected:
   OdDbDatabasePtr m_db;
   OdDbObjectId m_defpoints, m_survey, m_dashdot;
 };
-
-// ---------------------------------------------------------------------------------------------
-// Transforms and extents.
-
-// ---------------------------------------------------------------------------------------------
-// Refusals.
-
-// ---------------------------------------------------------------------------------------------
-// Drawing entities.
 
 // ---------------------------------------------------------------------------------------------
 // What ezdxf, an independent reader, makes of the bytes.

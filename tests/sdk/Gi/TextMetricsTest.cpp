@@ -1,13 +1,6 @@
 #include "GiTextMetrics.h"
 
-#include "Gi/GiExtentsCollector.h"
-
 #include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -93,6 +86,28 @@ TEST(TextMetrics, BoxFollowsDirectionHeightAndSlant) {
   EXPECT_FALSE(odgiTextBox(OdGePoint3d(), OdGeVector3d(), OdGeVector3d::kXAxis, 1.0, 1.0, 0.0,
                            OdString("a"), corners));
   EXPECT_EQ(untouched, corners[0]);
+}
+
+TEST(TextMetrics, SplitsLinesAtParagraphCodesAndNewlines) {
+  const struct {
+    const char16_t* text;
+    std::vector<std::u16string> lines;
+  } cases[] = {
+      {u"", {u""}},
+      {u"one", {u"one"}},
+      {u"a\\Pb", {u"a", u"b"}},
+      {u"a\nb\r\nc", {u"a", u"b", u"c"}},
+      {u"\\P", {u"", u""}},
+      {u"a\\\\Pb", {u"a\\\\Pb"}}, // an escaped backslash does not start a break
+      {u"a\\pb\\", {u"a\\pb\\"}}, // lower-case p and a trailing backslash are text
+      {u"坐\\P标\n", {u"坐", u"标", u""}},
+  };
+  for (const auto& c : cases) {
+    const std::vector<OdString> lines = odgiSplitTextLines(OdString(c.text));
+    ASSERT_EQ(c.lines.size(), lines.size()) << OdString(c.text).toUtf8();
+    for (std::size_t i = 0; i < lines.size(); ++i)
+      EXPECT_EQ(OdString(c.lines[i]), lines[i]) << OdString(c.text).toUtf8() << " line " << i;
+  }
 }
 
 } // namespace

@@ -1,10 +1,6 @@
 #include "CmColor.h"
-#include "OdError.h"
 
 #include <gtest/gtest.h>
-
-namespace {
-} // namespace
 
 TEST(CmColorPacking, EachMethodHasItsPackedForm) {
   OdCmEntityColor c;

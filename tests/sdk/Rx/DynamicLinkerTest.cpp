@@ -325,4 +325,42 @@ protected:
   std::new_handler m_previousHandler = nullptr;
 };
 
+TEST_F(ModuleAllocationTest, FailureWithoutNewHandlerThrowsBadAlloc) {
+  EXPECT_THROW(new OdRxUnixModule<RxAllocModule>(nullptr), std::bad_alloc);
+  EXPECT_EQ(1, g_failingCalls);
+  EXPECT_EQ(nullptr, odrxAlloc(16)) << "odrxAlloc itself reports failure as null";
+}
+
+TEST_F(ModuleAllocationTest, NewHandlerThatFreesMemoryLetsTheRetrySucceed) {
+  std::set_new_handler(&installWorkingAllocator);
+  int handleValue = 0;
+  OdRxModule* module = new OdRxUnixModule<RxAllocModule>(&handleValue);
+  EXPECT_EQ(1, g_failingCalls);
+  EXPECT_EQ(1, g_handlerCalls);
+  EXPECT_EQ(1, g_workingCalls);
+  EXPECT_EQ(&handleValue, module->sysData());
+  EXPECT_EQ(0, module->numRefs()) << "a module starts unlocked";
+  module->addRef();
+  module->addRef();
+  module->release();
+  EXPECT_EQ(1, module->numRefs());
+  module->deleteModuleObject();
+  EXPECT_EQ(1, g_freeCalls) << "freed through odrxFree";
+}
+
+TEST_F(ModuleAllocationTest, LinkerPassesBadAllocOnAndLeavesNothingLoaded) {
+  const PlatformState before = PlatformState::take();
+  const std::string path = fixturePath(kGood);
+  EXPECT_THROW(odrxDynamicLinker()->loadModule(odPath(path)), std::bad_alloc);
+  EXPECT_EQ("", rxFixtureEvents());
+  before.expectUnchangedIn(PlatformState::take());
+  EXPECT_FALSE(isMapped(path)) << "the failed load kept the library open";
+
+  odrxSetAllocator(nullptr, nullptr);
+  odrxDynamicLinker()->loadModule(odPath(path));
+  EXPECT_TRUE(odrxDynamicLinker()->unloadModule(OD_T("RxFixtureGood.tx")));
+  EXPECT_EQ("create;init;uninit;destroy;", rxFixtureEvents());
+  before.expectUnchangedIn(PlatformState::take());
+}
+
 } // namespace rx_dynamic_linker_test

@@ -1,4 +1,3 @@
-#include "OdError.h"
 #include "OdString.h"
 
 #include <gtest/gtest.h>
@@ -21,6 +20,26 @@ OdString formatted(const OdChar* fmt, ...) {
   s.formatV(fmt, args);
   va_end(args);
   return s;
+}
+
+TEST(OdStringEdit, ReplaceCountsMatches) {
+  OdString s(u"aaaa");
+  EXPECT_EQ(s.replace(u"aa", u"b"), 2);
+  EXPECT_EQ(s, u"bb");
+  OdString t(u"aaa");
+  EXPECT_EQ(t.replace(u"aa", u"aab"), 1); // no overlap, no rescanning of inserted text
+  EXPECT_EQ(t, u"aaba");
+  OdString u(u"坐标-坐标");
+  EXPECT_EQ(u.replace(u"坐标", nullptr), 2);
+  EXPECT_EQ(u, u"-");
+  OdString v(u"abc");
+  EXPECT_EQ(v.replace(u"", u"x"), 0);
+  EXPECT_EQ(v.replace(static_cast<const OdChar*>(nullptr), u"x"), 0);
+  EXPECT_EQ(v.replace(u"zz", u"x"), 0);
+  EXPECT_EQ(v, u"abc");
+  OdString w(u"a,b,,c");
+  EXPECT_EQ(w.replace(u',', u';'), 3);
+  EXPECT_EQ(w, u"a;b;;c");
 }
 
 } // namespace

@@ -1,11 +1,6 @@
-#include "OdError.h"
 #include "OdResult.h"
-#include "RxObject.h"
 
 #include <gtest/gtest.h>
-
-#include <set>
-#include <string>
 
 namespace {
 
@@ -29,13 +24,6 @@ const CodeCase kContractCodes[] = {
     {eNotThatKindOfClass, 105, "eNotThatKindOfClass"},
     {eNotInitializedYet, 255, "eNotInitializedYet"},
     {eExtendedError, 313, "eExtendedError"},
-};
-
-// Every code of the table, for the uniqueness checks.
-const OdResult kAllCodes[] = {
-#define OD_RESULT_LIST(name, value, text) name,
-    ODRESULT_TABLE(OD_RESULT_LIST)
-#undef OD_RESULT_LIST
 };
 
 TEST(ResultCodeTest, ContractNumbersAndNames) {

@@ -1,5 +1,4 @@
 #include "OdError.h"
-#include "RxDictionary.h"
 #include "RxObject.h"
 #include "RxObjectImpl.h"
 
