@@ -1,7 +1,6 @@
 #include "DbHatch.h"
 
 #include "DbDwgStreamFiler.h"
-#include "DbDxfItemFiler.h"
 #include "Gi/GiRecorder.h"
 #include "RxDictionary.h"
 #include "RxObjectImpl.h"
@@ -16,7 +15,6 @@
 namespace {
 
 typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
-typedef OdStaticRxObject<OdDbDxfItemFiler> DxfFiler;
 
 struct V {
   double x;
@@ -277,6 +275,22 @@ TEST_F(HatchTest, PatternFamiliesFollowNameAngleAndScale) {
       for (std::size_t i = 1; i < family.size(); ++i)
         EXPECT_NEAR(c.spacing, family[i] - family[i - 1], 1e-9);
     }
+  }
+}
+
+// A DWG stream keeps each hatch style, the last one included.
+TEST_F(HatchTest, EveryStyleReadsBack) {
+  for (OdDbHatch::HatchStyle style : {OdDbHatch::kNormal, OdDbHatch::kOuter, OdDbHatch::kIgnore}) {
+    OdDbHatchPtr hatch = OdDbHatch::createObject();
+    appendLoop(hatch, kOuter, {{0, 0, 0}, {4, 0, 0}, {4, 4, 0}});
+    hatch->setHatchStyle(style);
+    Filer filer;
+    filer.openForWrite();
+    hatch->dwgOutFields(&filer);
+    filer.rewind();
+    OdDbHatchPtr copy = OdDbHatch::createObject();
+    ASSERT_EQ(eOk, copy->dwgInFields(&filer)) << style;
+    EXPECT_EQ(style, copy->hatchStyle());
   }
 }
 

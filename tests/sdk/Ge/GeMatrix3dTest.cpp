@@ -203,6 +203,7 @@ TEST(GeMatrix3d, ShapePredicates) {
       {"large uniform", OdGeMatrix3d::scaling(1000.0), true, true, 1000.0},
       {"mirrored", OdGeMatrix3d::mirroring(OdGePoint3d(), OdGeVector3d(1, 0, 0)), true, true, 1.0},
       {"non-uniform", OdGeMatrix3d::scaling(OdGeScale3d(2, 3, 4)), false, true, 4.0},
+      {"stretched along z", OdGeMatrix3d::scaling(OdGeScale3d(1, 1, 2)), false, true, 2.0},
       {"sheared", shear, false, false, std::sqrt(1.25)},
       {"flattened", OdGeMatrix3d::scaling(OdGeScale3d(1, 1, 0)), false, false, 1.0},
   };

@@ -97,6 +97,7 @@ TEST(TextMetrics, SplitsLinesAtParagraphCodesAndNewlines) {
       {u"one", {u"one"}},
       {u"a\\Pb", {u"a", u"b"}},
       {u"a\nb\r\nc", {u"a", u"b", u"c"}},
+      {u"a\r\n", {u"a", u""}},
       {u"\\P", {u"", u""}},
       {u"a\\\\Pb", {u"a\\\\Pb"}}, // an escaped backslash does not start a break
       {u"a\\pb\\", {u"a\\pb\\"}}, // lower-case p and a trailing backslash are text
