@@ -470,6 +470,11 @@ bool OdDbNewDimCoor::subWorldDraw(OdGiWorldDraw* worldDraw) const {
   return true;
 }
 
+void OdDbNewDimCoor::subSetDatabaseDefaults(OdDbDatabase* database, bool /*doSubents*/) {
+  for (OdDbMText* text : {m_xTextObj.get(), m_yTextObj.get(), m_thirdTextObj.get()})
+    attachToDatabase(text, database);
+}
+
 OdResult OdDbNewDimCoor::subTransformBy(const OdGeMatrix3d& xform) {
   assertWriteEnabled();
   // Each text is tried on a copy first, so that a matrix one of them refuses changes nothing.

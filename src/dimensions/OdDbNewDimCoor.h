@@ -108,6 +108,9 @@ protected:
 
   /// Leader and shoulder in the line colour, then each text in its own colour.
   bool subWorldDraw(OdGiWorldDraw* worldDraw) const override;
+  /// Its texts join the drawing too, keeping their own colour, height and style, so that what
+  /// a save writes is what a load gives back.
+  void subSetDatabaseDefaults(OdDbDatabase* database, bool doSubents) override;
   /// Points and texts follow the matrix. A matrix a text cannot follow (one that flattens it)
   /// gives the text's result and changes nothing.
   OdResult subTransformBy(const OdGeMatrix3d& xform) override;

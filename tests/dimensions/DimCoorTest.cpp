@@ -1,10 +1,10 @@
-// The older coordinate dimension and the layout both coordinate dimensions share.
+// The older coordinate dimension and the layout both coordinate dimensions share. What every
+// class must do is checked once by the class contract suite (tests/contract).
 
 #include "dimensions/OdDbDimCoor.h"
 
 #include "DbTextStyleTable.h"
 #include "Gi/GiRecorder.h"
-#include "PropertyPE.h"
 #include "dimensions/CoorDimExtensions.h"
 
 #include "DimensionTestSupport.h"
@@ -174,12 +174,6 @@ TEST(CoordinateLayout, LeaderSnapsAreEndsMiddleFootAndNearestOnTheSegment) {
 // ---------------------------------------------------------------------------------------------
 // Identity and data
 
-TEST(DimCoor, IsRegisteredUnderTheEntityWithItsPropertyPage) {
-  OdRxClass* cls = OdDbDimCoor::desc();
-  EXPECT_EQ(cls->myParent(), OdDbEntity::desc());
-  EXPECT_NE(dynamic_cast<OdDbCoorDimPropertyPE*>(cls->getX(PropertyPE::desc()).get()), nullptr);
-}
-
 TEST(DimCoor, DefaultsAreOriginGreenAndTwoDecimalsAndSetColorColoursTheLinesOnly) {
   OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
   expectDefaults(dim);
@@ -337,7 +331,7 @@ TEST(DimCoor, UnusableTextHeightsDrawTheLinesOnly) {
 // ---------------------------------------------------------------------------------------------
 // Filing
 
-TEST(DimCoor, DwgRecordIsItsFieldTableAndRoundTrips) {
+TEST(DimCoor, DwgRecordIsItsFieldTable) {
   // The record is the entity's data, then exactly the fields in table order.
   OdDbDimCoorPtr dim = read(Record());
   polygontest::Filer own, expected;
@@ -347,13 +341,6 @@ TEST(DimCoor, DwgRecordIsItsFieldTableAndRoundTrips) {
   EXPECT_EQ(own.dataBitSize(), expected.dataBitSize());
   EXPECT_TRUE(own.dataBuffer() == expected.dataBuffer());
   EXPECT_TRUE(own.stringBuffer() == expected.stringBuffer());
-
-  OdDbDimCoorPtr copy = OdDbDimCoor::createObject();
-  ASSERT_EQ(polygontest::copyThroughDwg(dim, copy), eOk);
-  expectFields(copy, Record());
-  EXPECT_EQ(copy->getDimColor(), Record().dimColor);
-  EXPECT_EQ(copy->getTxtColor(), Record().txtColor);
-  EXPECT_EQ(copy->colorIndex(), 4);
 }
 
 TEST(DimCoor, VersionsUpToThreeAreReadAndColoursOnlyFromThree) {
@@ -383,35 +370,6 @@ TEST(DimCoor, VersionsUpToThreeAreReadAndColoursOnlyFromThree) {
     EXPECT_EQ(dim->getDimColor(), c.colours ? r.dimColor : trueColor(0, 255, 0));
     EXPECT_EQ(dim->getTxtColor(), c.colours ? r.txtColor : trueColor(0, 255, 0));
   }
-}
-
-TEST(DimCoor, StreamCutAnywhereFailsAndLeavesTheDimensionAsItWas) {
-  polygontest::Filer writer;
-  write(Record(), writer);
-  for (unsigned int bytes = 0; bytes < writer.dataBuffer().size(); ++bytes) {
-    SCOPED_TRACE(bytes);
-    polygontest::Filer reader;
-    polygontest::openCut(writer, bytes, reader);
-    OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
-    EXPECT_NE(dim->dwgInFields(&reader), eOk);
-    expectDefaults(dim);
-  }
-  for (OdUInt64 bits = 0; bits < writer.stringBitSize(); bits += 8) {
-    SCOPED_TRACE(bits);
-    polygontest::Filer reader;
-    reader.openForRead(writer.dataBuffer(), writer.dataBitSize(), writer.stringBuffer(), bits,
-                       writer.handleBuffer(), writer.handleBitSize(), nullptr,
-                       OdDbFiler::kCopyFiler);
-    OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
-    EXPECT_NE(dim->dwgInFields(&reader), eOk);
-    expectDefaults(dim);
-  }
-}
-
-TEST(DimCoor, DxfInputIsRefusedWithoutReading) {
-  OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
-  EXPECT_EQ(static_cast<int>(dim->dxfInFields(nullptr)), 1);
-  expectDefaults(dim);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -1,10 +1,10 @@
-// The newer coordinate dimension: texts as multi-line texts of its own, laid out in the UCS.
+// The newer coordinate dimension: texts as multi-line texts of its own, laid out in the UCS. What
+// every class must do is checked once by the class contract suite (tests/contract).
 
 #include "dimensions/OdDbNewDimCoor.h"
 
 #include "DbText.h"
 #include "Gi/GiRecorder.h"
-#include "PropertyPE.h"
 #include "dimensions/CoorDimExtensions.h"
 #include "dimensions/OdDbDimCoor.h"
 
@@ -65,12 +65,6 @@ void expectTextsAt(const OdDbNewDimCoor* dim, const OdGePoint3d& base, const OdG
     EXPECT_TRUE(e.text->direction().isEqualTo(along));
     EXPECT_TRUE(e.text->normal().isEqualTo(OdGeVector3d::kZAxis));
   }
-}
-
-TEST(NewDimCoor, IsRegisteredUnderTheDimensionBaseWithItsPropertyPage) {
-  OdRxClass* cls = OdDbNewDimCoor::desc();
-  EXPECT_EQ(cls->myParent(), OdDbCustomDimensionBase::desc());
-  EXPECT_NE(dynamic_cast<OdDbNewCoorDimPropertyPE*>(cls->getX(PropertyPE::desc()).get()), nullptr);
 }
 
 TEST(NewDimCoor, ANewDimensionIsGreenAndLabelsTheOriginWithTwoDecimals) {
@@ -187,27 +181,22 @@ TEST(NewDimCoor, DimensionTextOperationsWorkOnTheGivenText) {
     EXPECT_EQ(text->textStyle(), db->getTextStyleStandardId());
 }
 
-TEST(NewDimCoor, TextColourTurnsPureWhiteIntoSevenAndANullTextMeansAll) {
-  struct Case {
-    OdCmColor given;
-    OdCmColor applied;
-  } cases[] = {{trueColor(255, 255, 255), OdCmColor()}, {trueColor(255, 255, 254), {}}};
-  cases[0].applied.setColorIndex(7);
-  cases[1].applied = trueColor(255, 255, 254);
-  for (Case& c : cases) {
-    OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
-    OdDbMTextPtr y = dim->getYTextObj();
-    OdCmColor color = c.given;
-    dim->setColorText(y, color);
-    EXPECT_EQ(dim->getYTextObj()->color(), c.applied);
-    EXPECT_EQ(dim->getXTextObj()->color(), trueColor(0, 255, 0));
-    OdDbMTextPtr all;
-    color = c.given;
-    dim->setColorText(all, color);
-    for (const OdDbMTextPtr& text : textsOf(dim))
-      EXPECT_EQ(text->color(), c.applied);
-    EXPECT_EQ(dim->dimColor(), trueColor(0, 255, 0)) << "the lines keep theirs";
-  }
+TEST(NewDimCoor, TextColourGoesToTheGivenTextOrToAllAndSetColorToTheLinesOnly) {
+  OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
+  OdDbMTextPtr y = dim->getYTextObj();
+  OdCmColor white = trueColor(255, 255, 255);
+  dim->setColorText(y, white);
+  EXPECT_EQ(dim->getYTextObj()->color().colorIndex(), 7);
+  EXPECT_EQ(dim->getXTextObj()->color(), trueColor(0, 255, 0));
+  OdDbMTextPtr all;
+  OdCmColor almostWhite = trueColor(255, 255, 254);
+  dim->setColorText(all, almostWhite);
+  for (const OdDbMTextPtr& text : textsOf(dim))
+    EXPECT_EQ(text->color(), almostWhite);
+  EXPECT_EQ(dim->dimColor(), trueColor(0, 255, 0)) << "the lines keep theirs";
+  dim->setColorIndex(5);
+  EXPECT_EQ(dim->dimColor().colorIndex(), 5);
+  EXPECT_EQ(dim->getXTextObj()->color(), almostWhite);
 }
 
 TEST(NewDimCoor, HeightsTooSmallOrNotFiniteAreIgnored) {
@@ -227,13 +216,6 @@ TEST(NewDimCoor, HeightsTooSmallOrNotFiniteAreIgnored) {
   dim->setFontHeight(x, 1e-8);
   EXPECT_EQ(dim->getXTextObj()->textHeight(), 1e-8);
   EXPECT_EQ(dim->getYTextObj()->textHeight(), 2.0);
-}
-
-TEST(NewDimCoor, SetColorColoursTheLinesAndNotTheTexts) {
-  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
-  dim->setColorIndex(5);
-  EXPECT_EQ(dim->dimColor().colorIndex(), 5);
-  EXPECT_EQ(dim->getXTextObj()->color(), trueColor(0, 255, 0));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -357,39 +339,6 @@ TEST(NewDimCoor, OnlyVersionOneIsRead) {
     EXPECT_EQ(dim->colorIndex(), 4);
     expectUntouched(dim);
   }
-}
-
-TEST(NewDimCoor, StreamCutAnywhereFailsAndLeavesTheDimensionAsItWas) {
-  polygontest::Filer writer;
-  writeRecord(writer, 1.0);
-  for (unsigned int bytes = 0; bytes < writer.dataBuffer().size(); ++bytes) {
-    SCOPED_TRACE(bytes);
-    polygontest::Filer reader;
-    polygontest::openCut(writer, bytes, reader);
-    OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
-    EXPECT_NE(dim->dwgInFields(&reader), eOk);
-    expectUntouched(dim);
-  }
-  for (int stream = 0; stream < 2; ++stream) {
-    const OdUInt64 size = stream == 0 ? writer.stringBitSize() : writer.handleBitSize();
-    for (OdUInt64 bits = 0; bits < size; bits += 8) {
-      SCOPED_TRACE(std::to_string(stream) + " " + std::to_string(bits));
-      polygontest::Filer reader;
-      reader.openForRead(writer.dataBuffer(), writer.dataBitSize(), writer.stringBuffer(),
-                         stream == 0 ? bits : writer.stringBitSize(), writer.handleBuffer(),
-                         stream == 1 ? bits : writer.handleBitSize(), nullptr,
-                         OdDbFiler::kCopyFiler);
-      OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
-      EXPECT_NE(dim->dwgInFields(&reader), eOk);
-      expectUntouched(dim);
-    }
-  }
-}
-
-TEST(NewDimCoor, DxfInputIsRefusedWithoutReading) {
-  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
-  EXPECT_EQ(static_cast<int>(dim->dxfInFields(nullptr)), 1);
-  expectUntouched(dim);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -20,17 +20,14 @@
 
 namespace {
 
-TEST(HostExtendTest, ExtensionClassesAreRegisteredUnderOdRxObject) {
+TEST(HostExtendTest, ExtensionClassesAreRegisteredWithoutConstructors) {
   for (OdRxClass* cls : {PropertyPE::desc(), ExtendPE::desc()}) {
     ASSERT_NE(nullptr, cls);
-    SCOPED_TRACE(cls->name().toUtf8());
     EXPECT_EQ(OdRxObject::desc(), cls->myParent());
     EXPECT_EQ(cls, odrxGetClass(cls->name()));
     // Extensions are static singletons of a module's own classes, never made by the registry.
     EXPECT_EQ(nullptr, cls->constructor());
   }
-  EXPECT_EQ(OdString("PropertyPE"), PropertyPE::desc()->name());
-  EXPECT_EQ(OdString("ExtendPE"), ExtendPE::desc()->name());
   EXPECT_THROW(PropertyPE::createObject(), OdError);
 }
 

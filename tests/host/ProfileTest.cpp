@@ -56,35 +56,16 @@ TEST_F(ProfileTest, MissingFileSectionOrKeyGivesTheDefault) {
 }
 
 TEST_F(ProfileTest, ValueMustBeAWholeInteger) {
-  struct Case {
-    const char* value;
-    int expected;
-  } const cases[] = {
-      {"3", 3},
-      {" 4 ", 4},
-      {"-2", -2},
-      {"+7", 7},
-      {"0", 0},
-      {"007", 7},
-      {"2147483647", 2147483647},
-      {"-2147483648", -2147483647 - 1},
-      {"3x", -99},
-      {"x3", -99},
-      {"1.5", -99},
-      {"", -99},
-      {"-", -99},
-      {"+", -99},
-      {"2147483648", -99},
-      {"-2147483649", -99},
-      {"99999999999999999999", -99},
-      {"3 4", -99},
-      {"0x10", -99},
-      {"３", -99},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string("value \"") + c.value + "\"");
-    writeFile(std::string("[options]\ndimAccurity=") + c.value + "\n");
-    EXPECT_EQ(c.expected, accuracy());
+  const char* const read[] = {"3", " 4 ", "-2", "+7", "0", "007", "2147483647", "-2147483648"};
+  const int values[] = {3, 4, -2, 7, 0, 7, 2147483647, -2147483647 - 1};
+  const char* const refused[] = {
+      "3x",  "x3",   "1.5", "", "-", "+", "2147483648", "-2147483649", "99999999999999999999",
+      "3 4", "0x10", "３"};
+  for (std::size_t i = 0; i < 8 + 12; ++i) {
+    const std::string value = i < 8 ? read[i] : refused[i - 8];
+    SCOPED_TRACE("value \"" + value + "\"");
+    writeFile("[options]\ndimAccurity=" + value + "\n");
+    EXPECT_EQ(i < 8 ? values[i] : -99, accuracy());
   }
 }
 
@@ -102,9 +83,8 @@ TEST_F(ProfileTest, NamesIgnoreLetterCaseAndTheFirstOccurrenceCounts) {
   EXPECT_EQ(2, accuracy());
   EXPECT_EQ(9, TheApp()->GetProfileInt(OD_T("display"), OD_T("DimAccurity"), 0));
   EXPECT_EQ(0, TheApp()->GetProfileInt(OD_T("options"), OD_T("# comment"), 0));
-}
 
-TEST_F(ProfileTest, ReadsUtf8WithByteOrderMarkAndCrLf) {
+  // UTF-8 with a byte order mark and CR LF line ends.
   writeFile("\xEF\xBB\xBF[选项]\r\n精度=4\r\n[options]\r\ndimAccurity=3\r\n");
   EXPECT_EQ(3, accuracy());
   EXPECT_EQ(4, TheApp()->GetProfileInt(OdString("选项"), OdString("精度"), 0));
@@ -158,9 +138,8 @@ TEST_F(ProfileTest, WriteKeepsEveryOtherLine) {
   ASSERT_TRUE(TheApp()->WriteProfileInt(OD_T("new"), OD_T("k"), 1));
   EXPECT_NE(std::string::npos, readFile().find("x=1\n\n[new]\nk=1\n"));
   EXPECT_EQ(4, accuracy());
-}
 
-TEST_F(ProfileTest, WriteKeepsByteOrderMarkAndLineEnds) {
+  // The byte order mark and the line ends are kept.
   writeFile("\xEF\xBB\xBF[options]\r\ndimAccurity=1\r\n");
   ASSERT_TRUE(TheApp()->WriteProfileInt(OD_T("options"), OD_T("dimAccurity"), 2));
   EXPECT_EQ("\xEF\xBB\xBF[options]\r\ndimAccurity=2\r\n", readFile());

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <limits>
 #include <ostream>
+#include <vector>
 
 namespace {
 
@@ -64,6 +65,11 @@ protected:
 };
 
 TEST_F(PropertyPETest, CommonRowsDescribeTheEntitysCurrentProperties) {
+  // A new entity follows its layer.
+  EXPECT_EQ(0xC0000100u, pe.getComPropAtt(entity, 0).value.getUInt32());
+  EXPECT_EQ(OdString("0"), pe.getComPropAtt(entity, 1).value.getString());
+  EXPECT_EQ(-1, pe.getComPropAtt(entity, 4).value.getInt32());
+
   OdCmColor red;
   ASSERT_EQ(eOk, red.setColorIndex(1));
   entity->setColor(red);
@@ -107,12 +113,6 @@ TEST_F(PropertyPETest, CommonRowsDescribeTheEntitysCurrentProperties) {
   EXPECT_EQ(25, lineWeight.getInt32());
 }
 
-TEST_F(PropertyPETest, CommonRowsOfANewEntityFollowItsLayer) {
-  EXPECT_EQ(0xC0000100u, pe.getComPropAtt(entity, 0).value.getUInt32());
-  EXPECT_EQ(OdString("0"), pe.getComPropAtt(entity, 1).value.getString());
-  EXPECT_EQ(-1, pe.getComPropAtt(entity, 4).value.getInt32());
-}
-
 TEST_F(PropertyPETest, SettingACommonRowChangesTheEntity) {
   // Each set goes through the public entry the grid uses; the next row reads it back.
   ASSERT_TRUE(pe.setPropAttributeByeId(entity, intValue(static_cast<OdInt32>(0xC2102030u)), 0, 0));
@@ -144,9 +144,7 @@ TEST_F(PropertyPETest, SettingACommonRowChangesTheEntity) {
   EXPECT_EQ(OdDb::kLnWtByBlock, entity->lineWeight());
   ASSERT_TRUE(pe.setComPropAtt(entity, intValue(-3), 4));
   EXPECT_EQ(OdDb::kLnWtByLwDefault, entity->lineWeight());
-}
 
-TEST_F(PropertyPETest, ColourArrivesAsUnsignedOrSignedInteger) {
   // kInt32 and kUInt32 are one type code; a colour stored unsigned is taken as well.
   ASSERT_TRUE(pe.setComPropAtt(entity, OdVariant().setUInt32(0xC3000005u), 0));
   EXPECT_EQ(0xC3000005u, entity->color().color());
@@ -164,50 +162,28 @@ TEST_F(PropertyPETest, RefusedValuesLeaveTheEntityUnchanged) {
   OdIntArray lineWeights;
   lineWeights.append(25);
 
-  struct Case {
-    const char* what;
-    int row;
-    OdVariant value;
-  } const cases[] = {
-      {"colour as text", 0, textValue("1")},
-      {"colour as double", 0, doubleValue(1.0)},
-      {"colour with no colour method", 0, intValue(5)},
-      {"colour as 64-bit integer", 0, OdVariant().setInt64(0xC3000001)},
-      {"empty colour", 0, OdVariant()},
-      {"layer as integer", 1, intValue(0)},
-      {"unknown layer", 1, textValue("NoSuchLayer")},
-      {"empty layer name", 1, textValue("")},
-      {"linetype as bool", 2, OdVariant().setBool(true)},
-      {"unknown linetype", 2, textValue("DASHDOTX")},
-      {"scale as integer", 3, intValue(2)},
-      {"zero scale", 3, doubleValue(0.0)},
-      {"negative scale", 3, doubleValue(-1.5)},
-      {"NaN scale", 3, doubleValue(nan)},
-      {"infinite scale", 3, doubleValue(inf)},
-      {"zero scale text", 3, textValue("0")},
-      {"negative scale text", 3, textValue("-2")},
-      {"NaN scale text", 3, textValue("nan")},
-      {"infinite scale text", 3, textValue("inf")},
-      {"scale text with trailing junk", 3, textValue("1.5x")},
-      {"scale text of two numbers", 3, textValue("1.5 2")},
-      {"empty scale text", 3, textValue("")},
-      {"blank scale text", 3, textValue("   ")},
-      {"lineweight as double", 4, doubleValue(25.0)},
-      {"lineweight as text", 4, textValue("25")},
-      {"lineweight that is no width", 4, intValue(7)},
-      {"lineweight above the widest", 4, intValue(212)},
-      {"lineweight below default", 4, intValue(-4)},
-      {"lineweight as array", 4, OdVariant().setInt32Array(lineWeights)},
+  // Per row: values of the wrong kind, names the drawing lacks, sizes no lineweight or scale has.
+  const std::vector<OdVariant> refused[5] = {
+      {textValue("1"), doubleValue(1.0), intValue(5), OdVariant().setInt64(0xC3000001),
+       OdVariant()},
+      {intValue(0), textValue("NoSuchLayer"), textValue("")},
+      {OdVariant().setBool(true), textValue("DASHDOTX")},
+      {intValue(2), doubleValue(0.0), doubleValue(-1.5), doubleValue(nan), doubleValue(inf),
+       textValue("0"), textValue("-2"), textValue("nan"), textValue("inf"), textValue("1.5x"),
+       textValue("1.5 2"), textValue(""), textValue("   ")},
+      {doubleValue(25.0), textValue("25"), intValue(7), intValue(212), intValue(-4),
+       OdVariant().setInt32Array(lineWeights)},
   };
   const CommonState before = CommonState::of(entity);
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_FALSE(pe.setPropAttributeByeId(entity, c.value, 0, c.row));
-    EXPECT_EQ(before, CommonState::of(entity));
-  }
+  for (int row = 0; row < 5; ++row)
+    for (std::size_t i = 0; i < refused[row].size(); ++i) {
+      SCOPED_TRACE(testing::Message() << "row " << row << " value " << i);
+      EXPECT_FALSE(pe.setPropAttributeByeId(entity, refused[row][i], 0, row));
+      EXPECT_EQ(before, CommonState::of(entity));
+    }
 }
 
-TEST_F(PropertyPETest, RowsAndGroupsOutsideTheCommonOnes) {
+TEST_F(PropertyPETest, RowsGroupsAndEntitiesOutsideTheCommonOnes) {
   const CommonState before = CommonState::of(entity);
   for (int row : {5, 6, 100}) {
     SCOPED_TRACE(row);
@@ -229,21 +205,16 @@ TEST_F(PropertyPETest, RowsAndGroupsOutsideTheCommonOnes) {
     EXPECT_TRUE(pe.setPropAttributeByeId(entity, intValue(25), group, 4));
   }
   EXPECT_EQ(before, CommonState::of(entity));
-}
-
-TEST_F(PropertyPETest, NullEntityGivesEmptyRecordsAndRefusals) {
+  // Without an entity: empty records and refusals.
   for (int row = 0; row < 5; ++row) {
-    SCOPED_TRACE(row);
-    const propAttribute attribute = pe.getPropAttributeByeId(nullptr, 0, row);
-    EXPECT_TRUE(attribute.name.isEmpty());
-    EXPECT_EQ(OdVariant::kVoid, attribute.value.type());
-    EXPECT_FALSE(pe.setPropAttributeByeId(nullptr, intValue(25), 0, row));
+    EXPECT_EQ(OdVariant::kVoid, pe.getPropAttributeByeId(nullptr, 0, row).value.type()) << row;
+    EXPECT_FALSE(pe.setPropAttributeByeId(nullptr, intValue(25), 0, row)) << row;
   }
   EXPECT_TRUE(pe.getEntityName(nullptr).isEmpty());
   EXPECT_TRUE(pe.GetListInfo(nullptr).isEmpty());
 }
 
-TEST_F(PropertyPETest, EntityOpenForReadIsNotChanged) {
+TEST_F(PropertyPETest, ReadOnlyAndFreeStandingEntities) {
   const OdDbObjectId id = entity->objectId();
   entity = nullptr;
   OdDbEntityPtr reader = id.safeOpenObject(OdDb::kForRead);
@@ -252,15 +223,13 @@ TEST_F(PropertyPETest, EntityOpenForReadIsNotChanged) {
   EXPECT_FALSE(pe.setPropAttributeByeId(reader, textValue("Wall"), 0, 1));
   EXPECT_EQ(before, CommonState::of(reader));
   EXPECT_EQ(OdString("0"), pe.getComPropAtt(reader, 1).value.getString());
-}
 
-TEST_F(PropertyPETest, FreeStandingEntityTakesAllButNamedRows) {
+  // A free-standing entity takes all but the named rows, which mean something only in a drawing.
   HostTestEntityPtr loose = HostTestEntity::createObject();
   EXPECT_TRUE(pe.setComPropAtt(loose, doubleValue(2.0), 3));
   EXPECT_DOUBLE_EQ(2.0, loose->linetypeScale());
   EXPECT_TRUE(pe.setComPropAtt(loose, intValue(13), 4));
   EXPECT_EQ(OdDb::kLnWt013, loose->lineWeight());
-  // Layer and linetype names mean something only within a drawing.
   EXPECT_FALSE(pe.setComPropAtt(loose, textValue("0"), 1));
   EXPECT_FALSE(pe.setComPropAtt(loose, textValue("Continuous"), 2));
 }
@@ -312,28 +281,6 @@ TEST_F(PropertyPETest, ListTextNamesClassHandleAndCommonProperties) {
   EXPECT_EQ(std::string("类名:HostTestEntity\n句柄:0\n颜色:索引3\n图层:0\n线型:ByLayer\n"
                         "线型比例:1.0000\n线宽:ByLayer"),
             pe.GetListInfo(loose).toUtf8());
-}
-
-TEST(PropertyGridNameTest, CaptionsOfTheSharedGroups) {
-  EXPECT_EQ(OdString("常规"), PropertyGridName::_propertycommonyname);
-  EXPECT_EQ(OdString("几何图形"), PropertyGridName::_propertygraphyname);
-}
-
-TEST(PropertyRecordsTest, DefaultRecordsAreEmpty) {
-  const propAttribute attribute;
-  EXPECT_EQ(0, attribute.index);
-  EXPECT_TRUE(attribute.name.isEmpty() && attribute.tip.isEmpty());
-  EXPECT_EQ(OdVariant::kVoid, attribute.value.type());
-  EXPECT_FALSE(attribute.editable || attribute.reserved);
-  EXPECT_EQ(0, attribute.editorKind);
-
-  const EntMenuData entry;
-  EXPECT_EQ(0, entry.id);
-  EXPECT_TRUE(entry.text.isEmpty());
-  EXPECT_TRUE(entry.flag1);
-  EXPECT_FALSE(entry.flag2);
-  EXPECT_EQ(0u, entry.data);
-  EXPECT_EQ(0, entry.extra);
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #ifndef CUSTENTS_TESTS_GEO_POLYGON_TEST_SUPPORT_H
 #define CUSTENTS_TESTS_GEO_POLYGON_TEST_SUPPORT_H
 
-// Helpers shared by the tests of the triangle and the polygon: DWG streams as hex text, streams
-// cut short, grips by index.
+// Helpers shared by the tests of the survey shapes and the coordinate dimensions: DWG streams as
+// hex text, grips by index, snaps, points compared with a tolerance.
 
 #include "DbBitStream.h"
 #include "DbDwgStreamFiler.h"
@@ -59,15 +59,6 @@ inline OdResult copyThroughDwg(const OdDbObject* source, OdDbObject* target) {
   source->dwgOutFields(&filer);
   filer.rewind();
   return target->dwgInFields(&filer);
-}
-
-/// A reader over the first `bytes` bytes of what `writer` wrote to its data stream.
-inline void openCut(const Filer& writer, unsigned int bytes, Filer& reader) {
-  OdUInt8Array data;
-  for (unsigned int i = 0; i < bytes; ++i)
-    data.append(writer.dataBuffer()[i]);
-  reader.openForRead(data, OdUInt64(bytes) * 8, writer.stringBuffer(), writer.stringBitSize(),
-                     writer.handleBuffer(), writer.handleBitSize(), nullptr, OdDbFiler::kCopyFiler);
 }
 
 /// The entity's grips, asked for as an editor asks.

@@ -64,6 +64,12 @@ TEST(GeoRectGeometry, ResizingKeepsTheOppositeEdge) {
   EXPECT_DOUBLE_EQ(rect.lengthEdge(), 2);
   // The rotation handle is never moved by edits.
   expectPoint(rect.rotatePt, OdGePoint3d(6, 54, 0));
+  // Corners running clockwise keep their own directions.
+  GeoRectGeometry clockwise =
+      GeoRectGeometry::fromDiagonal(OdGePoint3d(0, 0, 0), OdGePoint3d(10, -4, 0));
+  clockwise.setLengthEdge(3);
+  clockwise.setWidthEdge(2);
+  expectCorners(clockwise, {{0, 0, 0}, {3, 0, 0}, {3, -2, 0}, {0, -2, 0}});
 }
 
 TEST(GeoRectGeometry, DegenerateEdgesTakeTheirFallbackDirections) {

@@ -130,22 +130,6 @@ TEST(SampleGeometry, RegularPolygonRunsCounterClockwiseFromTheStartVertex) {
 
 // --- Entities from records ------------------------------------------------------------------
 
-TEST_F(SampleDrawingTest, AnEntityReadsItsRecordAndOffersItsCornersAsGrips) {
-  OdDbDatabasePtr db = OdDbDatabase::createObject();
-  const RectangleShape shape = rectangleFromDiagonal(OdGePoint3d(0, 0, 0), OdGePoint3d(30, 20, 0));
-  for (RectangleKind kind : {RectangleKind::kFlat, RectangleKind::kThreeD}) {
-    OdDbEntityPtr rect = createFromRecord(db.get(), rectangleRecord(shape, kind), 3);
-    EXPECT_EQ(rect->colorIndex(), 3);
-    OdGePoint3dArray grips;
-    OdDbGripDataPtrArray gripData;
-    ASSERT_EQ(rect->getGripPoints(gripData, 0.0, 0, OdGeVector3d::kZAxis, 0), eOk);
-    ASSERT_EQ(gripData.size(), 5u);
-    for (unsigned i = 0; i < 4; ++i)
-      EXPECT_TRUE(gripData[i]->gripPoint().isEqualTo(shape.corners[i])) << i;
-    EXPECT_TRUE(gripData[4]->gripPoint().isEqualTo(OdGePoint3d(15, 10, 0)));
-  }
-}
-
 TEST_F(SampleDrawingTest, RecordsOfUnknownClassesAndWrongLayoutsAreRefused) {
   OdDbDatabasePtr db = OdDbDatabase::createObject();
   EntityRecord unknown = measurementRecord(OD_T("x"));
@@ -213,9 +197,9 @@ TEST_F(SampleDrawingTest, SampleDrawingHoldsEveryShapeKind) {
     counts = countEntitiesByClass(modelSpaceEntities(db.get()));
   }
   const std::vector<std::pair<std::string, std::size_t>> expected = {
-      {"OdDbGeoRect", 4}, {"OdDbGeo3dRect", 1},  {"OdDbGeoTriangle", 2}, {"OdDbHatch", 2},
-      {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4}, {"OdDbDimCoor", 2},  {"OdDbNewDimCoor", 2},
-      {"OdDbMText", 1}};
+      {"OdDbGeoRect", 4}, {"OdDbGeo3dRect", 1},  {"OdDbGeoTriangle", 2},
+      {"OdDbHatch", 2},   {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4},
+      {"OdDbDimCoor", 2}, {"OdDbNewDimCoor", 2}, {"OdDbMText", 1}};
   using CountSet = std::set<std::pair<std::string, std::size_t>>;
   EXPECT_EQ(CountSet(counts.begin(), counts.end()), CountSet(expected.begin(), expected.end()));
   EXPECT_EQ(counts.size(), expected.size()) << "a class listed twice";

@@ -101,11 +101,10 @@ TEST_F(DrawingCommands, InfoCountsClassesAndEntities) {
   ASSERT_EQ(run.exitCode, 0) << run.err;
   const rapidjson::Document info = parseJson(run.out);
   EXPECT_EQ(info["fileSize"].GetUint64(), readFile(path("demo.dxf")).size());
-  const std::map<std::string, unsigned> expected = {{"OdDbGeoRect", 4},     {"OdDbGeo3dRect", 1},
-                                                    {"OdDbGeoTriangle", 2}, {"OdDbHatch", 2},
-                                                    {"OdDbMesuarData", 1},  {"OdDbGeoPolygon", 4},
-                                                    {"OdDbDimCoor", 2},     {"OdDbNewDimCoor", 2},
-                                                    {"OdDbMText", 1}};
+  const std::map<std::string, unsigned> expected = {
+      {"OdDbGeoRect", 4}, {"OdDbGeo3dRect", 1},  {"OdDbGeoTriangle", 2},
+      {"OdDbHatch", 2},   {"OdDbMesuarData", 1}, {"OdDbGeoPolygon", 4},
+      {"OdDbDimCoor", 2}, {"OdDbNewDimCoor", 2}, {"OdDbMText", 1}};
   EXPECT_EQ(typeCounts(info["modelSpace"]), expected);
   EXPECT_EQ(info["modelSpace"]["total"].GetUint(), 19u);
   EXPECT_EQ(info["paperSpace"]["total"].GetUint(), 0u);

@@ -137,31 +137,6 @@ TEST_F(PropsJson, RectanglePagesReportConsistentMeasures) {
   EXPECT_NEAR(tilted.at("面积"), 7000.0, 1e-6);
 }
 
-TEST_F(PropsJson, TriangleAndPolygonPagesReportTheirMeasures) {
-  const std::vector<const rapidjson::Value*> triangles = pagesOf("OdDbGeoTriangle");
-  ASSERT_EQ(triangles.size(), 2u);
-  // The first is equilateral: its area follows from its perimeter.
-  std::map<std::string, double> equilateral =
-      geometryRows(*triangles[0], {"周长", "面积"}, {false, false});
-  EXPECT_EQ(str((*triangles[0])["name"]), "三角形");
-  const double side = equilateral["周长"] / 3.0;
-  EXPECT_NEAR(equilateral["面积"], std::sqrt(3.0) / 4.0 * side * side, 1e-6);
-  std::map<std::string, double> other =
-      geometryRows(*triangles[1], {"周长", "面积"}, {false, false});
-  EXPECT_GT(other["面积"], 0.0);
-
-  const std::vector<const rapidjson::Value*> polygons = pagesOf("OdDbGeoPolygon");
-  ASSERT_EQ(polygons.size(), 4u);
-  std::multiset<double> sides;
-  for (const rapidjson::Value* page : polygons) {
-    EXPECT_EQ(str((*page)["name"]), "多边形");
-    std::map<std::string, double> v = geometryRows(*page, {"角度", "边数"}, {false, true});
-    EXPECT_NEAR(v["角度"] * v["边数"], 360.0, 1e-9);
-    sides.insert(v["边数"]);
-  }
-  EXPECT_EQ(sides, (std::multiset<double>{3, 6, 6, 12}));
-}
-
 TEST_F(PropsJson, EntitiesWithoutAnExtensionGetTheCommonGroup) {
   std::vector<const rapidjson::Value*> plain = pagesOf("OdDbMesuarData");
   const std::vector<const rapidjson::Value*> hatches = pagesOf("OdDbHatch");
@@ -200,13 +175,6 @@ TEST(PropsCommand, TextOutputShowsEveryEntityAndItsRows) {
   for (const char* label : {"长", "宽", "周长", "面积", "角度", "边数", "ACI 1", "修改矩形的长"})
     EXPECT_NE(text.out.find(label), std::string::npos) << label;
   EXPECT_NE(text.out.find("Group 1: 几何图形"), std::string::npos);
-}
-
-TEST(PropsCommand, MissingModuleExitsOne) {
-  const ToolRun run = runCustents({"props", "--module", "/nonexistent/CustEnts.tx"});
-  EXPECT_EQ(run.exitCode, 1);
-  EXPECT_NE(run.err.find("/nonexistent/CustEnts.tx"), std::string::npos) << run.err;
-  EXPECT_EQ(run.out, "");
 }
 
 // --- Value formatting -----------------------------------------------------------------------

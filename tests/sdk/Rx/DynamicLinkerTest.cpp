@@ -6,7 +6,7 @@
 #include "RxDynamicLinker.h"
 #include "RxDynamicModule.h"
 #include "RxObjectImpl.h"
-#include "sdk/fixtures/RxFixtureEvents.h"
+#include "sdk/Rx/fixtures/RxFixtureEvents.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include "OdError.h"
 #include "RxDictionary.h"
 #include "RxDynamicLinker.h"
-#include "sdk/fixtures/RxFixtureEvents.h"
+#include "sdk/Rx/fixtures/RxFixtureEvents.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "DbDictionary.h"
-#include "DbDxfGroups.h"
+#include "DxfFile/DbDxfGroups.h"
 
 #include "DbDatabase.h"
 #include "DbDwgStreamFiler.h"

@@ -1,5 +1,5 @@
 #include "DbPoint.h"
-#include "DbDxfGroups.h"
+#include "DxfFile/DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbFiler.h"

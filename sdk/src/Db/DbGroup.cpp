@@ -1,5 +1,5 @@
 #include "DbGroup.h"
-#include "DbDxfGroups.h"
+#include "DxfFile/DbDxfGroups.h"
 
 #include "DbDwgStreamFiler.h"
 #include "DbEntity.h"

@@ -1,5 +1,5 @@
 #include "DbMText.h"
-#include "DbDxfGroups.h"
+#include "DxfFile/DbDxfGroups.h"
 
 #include "DbDatabase.h"
 #include "DbFiler.h"
@@ -575,25 +575,35 @@ OdResult OdDbMText::subExplode(OdRxObjectPtrArray& entitySet) const {
   assertReadEnabled();
   const OdDbMTextLayout laid = layout();
   const double rotationAngle = m_normal.perpVector().angleTo(m_direction, m_normal);
+  // One text per run of a line that keeps one height, width factor and colour: a line that
+  // mixes them would otherwise come out in one size, wider or narrower than it was laid out.
+  auto sameFormat = [](const OdDbMTextFragment& a, const OdDbMTextFragment& b) {
+    return a.height == b.height && a.widthFactor == b.widthFactor && a.hasColor == b.hasColor &&
+           (!a.hasColor || a.color == b.color);
+  };
   for (const OdDbMTextLayoutLine& line : laid.lines) {
-    if (line.text.isEmpty())
-      continue;
-    OdDbTextPtr text = OdDbText::createObject();
-    text->setPropertiesFrom(this);
-    text->setNormal(m_normal);
-    text->setRotation(rotationAngle);
-    text->setPosition(planePoint(line.x, line.y));
-    text->setHeight(line.height);
-    text->setWidthFactor(line.fragments.front().widthFactor);
-    text->setTextString(line.text);
-    text->setTextStyle(m_textStyleId);
-    const OdDbMTextFragment& first = line.fragments.front();
-    bool oneColor = first.hasColor;
-    for (const OdDbMTextFragment& fragment : line.fragments)
-      oneColor = oneColor && fragment.hasColor && fragment.color == first.color;
-    if (oneColor)
-      text->setColor(OdCmColor(first.color));
-    entitySet.append(OdRxObjectPtr(text.get()));
+    for (std::size_t first = 0; first < line.fragments.size();) {
+      const OdDbMTextFragment& run = line.fragments[first];
+      OdString contents;
+      std::size_t next = first;
+      for (; next < line.fragments.size() && sameFormat(line.fragments[next], run); ++next)
+        contents += line.fragments[next].text;
+      first = next;
+      if (contents.isEmpty())
+        continue;
+      OdDbTextPtr text = OdDbText::createObject();
+      text->setPropertiesFrom(this);
+      text->setNormal(m_normal);
+      text->setRotation(rotationAngle);
+      text->setPosition(planePoint(line.x + run.offset, line.y));
+      text->setHeight(run.height);
+      text->setWidthFactor(run.widthFactor);
+      text->setTextString(contents);
+      text->setTextStyle(m_textStyleId);
+      if (run.hasColor)
+        text->setColor(OdCmColor(run.color));
+      entitySet.append(OdRxObjectPtr(text.get()));
+    }
   }
   return eOk;
 }

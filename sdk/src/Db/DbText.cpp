@@ -1,5 +1,5 @@
 #include "DbText.h"
-#include "DbDxfGroups.h"
+#include "DxfFile/DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbDatabase.h"
@@ -548,6 +548,12 @@ OdResult OdDbText::subGetOsnapPoints(OdDb::OsnapMode osnapMode, OdGsMarker /*gsS
 }
 
 OdResult OdDbText::subTransformBy(const OdGeMatrix3d& xform) {
+  // The identity keeps the text as it is: the rotation recomputed from the transformed baseline
+  // could come back one ulp off.
+  if (xform == OdGeMatrix3d::kIdentity) {
+    assertWriteEnabled();
+    return eOk;
+  }
   const OdGeVector3d direction = baselineDirection(m_normal, m_rotation);
   const OdGeVector3d up = m_normal.crossProduct(direction);
   const OdGeVector3d newDirection = xform * direction;

@@ -1,6 +1,6 @@
 #include "GiTextMetrics.h"
 
-#include "Gi/GiPlaneAxes.h"
+#include "GiPlaneAxes.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 #include "DbPolyline.h"
-#include "DbDxfGroups.h"
+#include "DxfFile/DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbArc.h"

@@ -1,5 +1,5 @@
 #include "DbMTextFormat.h"
-#include "DbHexDigits.h"
+#include "DxfFile/DbHexDigits.h"
 
 #include "GiTextMetrics.h"
 

@@ -1,5 +1,5 @@
 #include "DbHatch.h"
-#include "DbDxfGroups.h"
+#include "DxfFile/DbDxfGroups.h"
 #include "Ge/GeFinite.h"
 
 #include "DbDwgStreamFiler.h"

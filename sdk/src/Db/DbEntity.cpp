@@ -1,5 +1,5 @@
 #include "DbEntity.h"
-#include "DbDxfGroups.h"
+#include "DxfFile/DbDxfGroups.h"
 
 #include "DbDatabase.h"
 #include "DbFiler.h"
