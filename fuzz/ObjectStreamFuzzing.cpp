@@ -189,6 +189,15 @@ bool writeSeedsIfAsked(const std::vector<OdRxClass*>& classes,
       std::fprintf(stderr, "%s: does not file out, no seed\n", name.c_str());
       continue;
     }
+    // A seed is of use only if its class reads it back.
+    StreamSlices streams;
+    streams.cut(input.data() + 1, input.size() - 1);
+    OdStaticRxObject<OdDbDwgStreamFiler> in;
+    streams.openForRead(in, db, OdDbFiler::kFileFiler);
+    if (make(rxClass)->dwgInFields(&in) != eOk) {
+      std::fprintf(stderr, "%s: does not read back what it wrote, no seed\n", name.c_str());
+      continue;
+    }
     const std::string path = std::string(folder) + "/" + name + ".bin";
     std::FILE* file = std::fopen(path.c_str(), "wb");
     const bool written = file && std::fwrite(input.data(), 1, input.size(), file) == input.size();
