@@ -43,7 +43,7 @@ std::vector<OdDbObjectPtr> sampleObjects() {
   const char* path = std::getenv("CUSTENTS_FUZZ_SEED_DRAWING");
   if (!path || !*path)
     return {};
-  OdDbDatabasePtr db;
+  static OdDbDatabasePtr db; // outlives the objects, which refer to it
   OdString error;
   if (odDbReadDxf(OdString::fromUtf8(path), db, &error) != eOk) {
     std::fprintf(stderr, "%s: %s\n", path, error.toUtf8().c_str());
