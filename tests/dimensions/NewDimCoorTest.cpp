@@ -3,6 +3,7 @@
 
 #include "dimensions/OdDbNewDimCoor.h"
 
+#include "DbLayerTable.h"
 #include "DbText.h"
 #include "dimensions/CoorDimExtensions.h"
 #include "dimensions/OdDbDimCoor.h"
@@ -153,6 +154,8 @@ TEST(NewDimCoor, LayoutIsHorizontalInTheUcsOfItsDrawing) {
   dim->setTextHeight(2.0);
   EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(0, 22, 0)));
   expectTextsAt(dim, OdGePoint3d(0, 10, 0), OdGeVector3d::kYAxis, -OdGeVector3d::kXAxis, 2.0);
+  dim->updateTxtPosition(); // places the texts again on the shoulder as it stands
+  expectTextsAt(dim, OdGePoint3d(0, 10, 0), OdGeVector3d::kYAxis, -OdGeVector3d::kXAxis, 2.0);
   // Back in the world system the same dimension lays out along world x again.
   db->setUcs(OdGePoint3d::kOrigin, OdGeVector3d::kXAxis, OdGeVector3d::kYAxis);
   dim->setArrow();
@@ -285,6 +288,15 @@ TEST(NewDimCoor, ReadsItsRecordAndLaysItselfOutAgain) {
     text->dwgOutFields(&expected);
   EXPECT_EQ(own.dataBitSize(), expected.dataBitSize());
   EXPECT_TRUE(own.dataBuffer() == expected.dataBuffer());
+
+  // Attached to the drawing again, a text keeps a layer of its own.
+  OdDbLayerTablePtr layers = db->getLayerTableId().safeOpenObject(OdDb::kForWrite);
+  OdDbLayerTableRecordPtr wall = OdDbLayerTableRecord::createObject();
+  wall->setName(u"Wall");
+  const OdDbObjectId wallId = layers->add(wall);
+  dim->getXTextObj()->setLayer(wallId);
+  dim->setDatabaseDefaults(db);
+  EXPECT_EQ(dim->getXTextObj()->layerId(), wallId);
 }
 
 TEST(NewDimCoor, ReadingKeepsTheUcsTheDimensionWasLaidOutIn) {

@@ -85,8 +85,8 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStandsOrRefusesUnusableCou
   struct Case {
     double requested;
     OdInt32 sides; // -1: refused, the six sides stay
-  } cases[] = {{4.9, 4},  {1.0, 1},  {0.0, 0},   {0.7, 0},      {-2.5, -2},
-               {nan, 99}, {inf, 99}, {-inf, 99}, {32768.0, 99}, {-40000.0, 99}};
+  } cases[] = {{4.9, 4},       {1.0, 1},  {0.0, 0},  {0.7, 0},   {-2.5, -2},    {-32768.0, -32768},
+               {-32769.0, 99}, {nan, 99}, {inf, 99}, {-inf, 99}, {32768.0, 99}, {-40000.0, 99}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.requested);
     OdDbGeoPolygonPtr p = newPolygon(6);
@@ -256,7 +256,8 @@ TEST(GeoPolygon, GripsAreTheVerticesThenTheCentreWhichMovesEverythingStretchVert
   const OdGeVector3d v(2, -1, 0);
   const OdGePoint3d start = p->getStartPt();
   ASSERT_EQ(polygontest::moveGrips(p, {1}, v), eOk);
-  ASSERT_EQ(p->moveStretchPointsAt(OdIntArray{4, 6, -1}, v), eOk);
+  ASSERT_EQ(p->moveStretchPointsAt(OdIntArray{0, 4, 6, -1}, v), eOk);
+  expected[0] += v;
   expected[1] += v;
   expected[4] += v;
   expectPoints(p->getPts(), expected);

@@ -5,6 +5,7 @@
 #include "survey/OdDbGeo3dRect.h"
 #include "survey/OdDbGeoRect.h"
 
+#include "DbPoint.h"
 #include "DbPolyline.h"
 #include "OdError.h"
 
@@ -188,6 +189,9 @@ TYPED_TEST(RectBody, ExplodeSnapsAndIntersectionsComeFromTheEdgesWithTheCentreFi
   ASSERT_EQ(rect->intersectWith(line, OdDb::kOnBothOperands, points), eOk);
   expectPoints(points, {{11, 3, 0}, {1, 3, 0}});
   EXPECT_EQ(rect->intersectWith(nullptr, OdDb::kOnBothOperands, points), eInvalidInput);
+  // What its edges cannot meet, the rectangle answers as they do.
+  EXPECT_EQ(rect->intersectWith(OdDbPoint::createObject(), OdDb::kOnBothOperands, points),
+            eNotApplicable);
 }
 
 TEST(GeoRect, DrawsAClosedPolylineAtElevationZero) {

@@ -38,6 +38,7 @@ TEST(MesuarData, OffersNoGripsOrSnapsAndEditsChangeNothing) {
   EXPECT_EQ(data->intersectWith(OdDbMesuarData::createObject(), OdDb::kOnBothOperands, points),
             eOk);
   EXPECT_TRUE(grips.isEmpty());
+  EXPECT_TRUE(polygontest::drawn(data).empty());
   EXPECT_TRUE(points.isEmpty());
 
   EXPECT_EQ(data->transformBy(OdGeMatrix3d::scaling(3.0)), eOk);
