@@ -95,6 +95,20 @@ TEST_F(PropertyPETest, CommonRowsDescribeTheEntitysCurrentProperties) {
     else
       EXPECT_EQ(want.getInt32(), got.getInt32());
   }
+
+  // The list text names class, handle and the common properties.
+  EXPECT_FALSE(entity->getDbHandle().isNull());
+  EXPECT_EQ((OdString("类名:HostTestEntity\n句柄:") + entity->getDbHandle().ascii() +
+             OdString("\n颜色:索引1\n图层:Wall\n线型:DASHED\n线型比例:2.5000\n线宽:0.25mm"))
+                .toUtf8(),
+            pe.GetListInfo(entity).toUtf8());
+  HostTestEntityPtr loose = HostTestEntity::createObject();
+  OdCmColor orange;
+  orange.setRGB(255, 128, 0);
+  loose->setColor(orange);
+  EXPECT_EQ(std::string("类名:HostTestEntity\n句柄:0\n颜色:RGB(255,128,0)\n图层:0\n线型:ByLayer\n"
+                        "线型比例:1.0000\n线宽:ByLayer"),
+            pe.GetListInfo(loose).toUtf8());
 }
 
 TEST_F(PropertyPETest, SettingACommonRowChangesTheEntity) {
@@ -161,7 +175,7 @@ TEST_F(PropertyPETest, RefusedValuesLeaveTheEntityUnchanged) {
     }
 }
 
-TEST_F(PropertyPETest, RowsGroupsAndEntitiesOutsideTheCommonOnes) {
+TEST_F(PropertyPETest, OnlyTheCommonGroupAndItsRowsExist) {
   const std::string before = stateOf(entity);
   for (int row : {5, 6, 100}) {
     SCOPED_TRACE(row);
@@ -190,29 +204,8 @@ TEST_F(PropertyPETest, RowsGroupsAndEntitiesOutsideTheCommonOnes) {
   }
   EXPECT_TRUE(pe.getEntityName(nullptr).isEmpty());
   EXPECT_TRUE(pe.GetListInfo(nullptr).isEmpty());
-}
 
-TEST_F(PropertyPETest, ReadOnlyAndFreeStandingEntities) {
-  const OdDbObjectId id = entity->objectId();
-  entity = nullptr;
-  OdDbEntityPtr reader = id.safeOpenObject(OdDb::kForRead);
-  const std::string before = stateOf(reader);
-  EXPECT_FALSE(pe.setPropAttributeByeId(reader, doubleValue(4.0), 0, 3));
-  EXPECT_FALSE(pe.setPropAttributeByeId(reader, textValue("Wall"), 0, 1));
-  EXPECT_EQ(before, stateOf(reader));
-  EXPECT_EQ(OdString("0"), pe.getComPropAtt(reader, 1).value.getString());
-
-  // A free-standing entity takes all but the named rows, which mean something only in a drawing.
-  HostTestEntityPtr loose = HostTestEntity::createObject();
-  EXPECT_TRUE(pe.setComPropAtt(loose, doubleValue(2.0), 3));
-  EXPECT_DOUBLE_EQ(2.0, loose->linetypeScale());
-  EXPECT_TRUE(pe.setComPropAtt(loose, intValue(13), 4));
-  EXPECT_EQ(OdDb::kLnWt013, loose->lineWeight());
-  EXPECT_FALSE(pe.setComPropAtt(loose, textValue("0"), 1));
-  EXPECT_FALSE(pe.setComPropAtt(loose, textValue("Continuous"), 2));
-}
-
-TEST_F(PropertyPETest, GroupsAndNeutralOperations) {
+  // One group, the common one, and neutral answers from the other operations.
   EXPECT_EQ(1, pe.getPropertyCount());
   const entityProperty common = pe.getPropertyByeId(entity, 0);
   EXPECT_EQ(1, common.flag);
@@ -238,27 +231,24 @@ TEST_F(PropertyPETest, GroupsAndNeutralOperations) {
   EXPECT_EQ(OdString("HostTestEntity"), pe.getEntityName(entity));
 }
 
-TEST_F(PropertyPETest, ListTextNamesClassHandleAndCommonProperties) {
-  OdCmColor color;
-  color.setRGB(255, 128, 0);
-  entity->setColor(color);
-  entity->setLayer(OD_T("Wall"));
-  entity->setLinetype(OD_T("DASHED"));
-  entity->setLinetypeScale(2.5);
-  entity->setLineWeight(OdDb::kLnWt025);
-  const OdString expected = OdString("类名:HostTestEntity\n句柄:") + entity->getDbHandle().ascii() +
-                            OdString("\n颜色:RGB(255,128,0)\n图层:Wall\n线型:DASHED\n"
-                                     "线型比例:2.5000\n线宽:0.25mm");
-  EXPECT_EQ(expected.toUtf8(), pe.GetListInfo(entity).toUtf8());
-  EXPECT_FALSE(entity->getDbHandle().isNull());
+TEST_F(PropertyPETest, ReadOnlyAndFreeStandingEntities) {
+  const OdDbObjectId id = entity->objectId();
+  entity = nullptr;
+  OdDbEntityPtr reader = id.safeOpenObject(OdDb::kForRead);
+  const std::string before = stateOf(reader);
+  EXPECT_FALSE(pe.setPropAttributeByeId(reader, doubleValue(4.0), 0, 3));
+  EXPECT_FALSE(pe.setPropAttributeByeId(reader, textValue("Wall"), 0, 1));
+  EXPECT_EQ(before, stateOf(reader));
+  EXPECT_EQ(OdString("0"), pe.getComPropAtt(reader, 1).value.getString());
 
+  // A free-standing entity takes all but the named rows, which mean something only in a drawing.
   HostTestEntityPtr loose = HostTestEntity::createObject();
-  OdCmColor index;
-  index.setColorIndex(3);
-  loose->setColor(index);
-  EXPECT_EQ(std::string("类名:HostTestEntity\n句柄:0\n颜色:索引3\n图层:0\n线型:ByLayer\n"
-                        "线型比例:1.0000\n线宽:ByLayer"),
-            pe.GetListInfo(loose).toUtf8());
+  EXPECT_TRUE(pe.setComPropAtt(loose, doubleValue(2.0), 3));
+  EXPECT_DOUBLE_EQ(2.0, loose->linetypeScale());
+  EXPECT_TRUE(pe.setComPropAtt(loose, intValue(13), 4));
+  EXPECT_EQ(OdDb::kLnWt013, loose->lineWeight());
+  EXPECT_FALSE(pe.setComPropAtt(loose, textValue("0"), 1));
+  EXPECT_FALSE(pe.setComPropAtt(loose, textValue("Continuous"), 2));
 }
 
 } // namespace
