@@ -337,6 +337,8 @@ TEST(RenderSink, PngShowsTextAndFills) {
     draw->subEntityTraits().setColor(3);
     draw->subEntityTraits().setFillType(kOdGiFillAlways);
     draw->geometry().polygon(4, square);
+    draw->subEntityTraits().setColor(5);
+    draw->geometry().circle(OdGePoint3d(15, 5, 0), 3.0, OdGeVector3d::kZAxis);
     draw->subEntityTraits().setColor(1);
     draw->geometry().text(OdGePoint3d(11, 11, 0), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 8.0,
                           1.0, 0.0, OD_T("HH"));
@@ -351,6 +353,9 @@ TEST(RenderSink, PngShowsTextAndFills) {
   ASSERT_TRUE(readPngPixels(path, pixels));
   // Square centre, world (5, 5): pixel (50, 150).
   EXPECT_EQ(0x00FF00u, pixels.at(50, 150));
+  // The filled circle round world (15, 5) is whole: left of and below its centre too.
+  EXPECT_EQ(0x0000FFu, pixels.at(125, 150));
+  EXPECT_EQ(0x0000FFu, pixels.at(150, 170));
   // The text stands on world y 11 with capitals up to y 19: pixels 110.. across, 10..90 down;
   // nothing red below the baseline or above the capitals.
   int redPixels = 0;

@@ -208,6 +208,15 @@ TEST_F(PlainGraphics, EachPrimitiveBecomesItsStandardEntity) {
          EXPECT_DOUBLE_EQ(text->widthFactor(), 0.8);
          EXPECT_NEAR(text->rotation(), kPi / 2, 1e-12);
        }},
+      {"text without a width factor: factor 1",
+       [](OdGiRecorder& r) {
+         r.text(OdGePoint3d(1, 1, 0), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 2.5, 0.0, 0.0,
+                OD_T("J2"));
+       },
+       {"OdDbText"},
+       [](const OdRxObjectPtrArray& out) {
+         EXPECT_DOUBLE_EQ(OdDbText::cast(out[0].get())->widthFactor(), 1.0);
+       }},
       {"infinite line: left out with a note",
        [](OdGiRecorder& r) { r.xline(OdGePoint3d(0, 0, 0), OdGePoint3d(1, 1, 0)); },
        {},
