@@ -2,10 +2,8 @@
 // them with every rd call until the filer reports an error. The filer must never read outside
 // its buffers, never size an allocation by an unchecked count, and never loop forever.
 //
-// Input layout: u16 a, u16 b (little-endian), u8 trims, then the stream bytes. The bytes are
-// split into data, strings and handles at a % (n + 1) and after b more bytes; the low, middle
-// and high bits of trims take up to 7, 7 and 3 bits off the end of each stream so that bit
-// sizes which do not end on a byte are covered.
+// Input layout: objectfuzz::StreamSlices (ObjectStreamFuzzing.h); a, b and trims also pick
+// the first read and the step between reads.
 
 #include "CmColor.h"
 #include "DbDwgStreamFiler.h"
@@ -14,6 +12,7 @@
 #include "Ge/GeScale3d.h"
 #include "Ge/GeVector2d.h"
 #include "Ge/GeVector3d.h"
+#include "ObjectStreamFuzzing.h"
 #include "RxObjectImpl.h"
 
 #include <cstddef>
@@ -22,19 +21,6 @@
 #include <vector>
 
 namespace {
-
-OdUInt8Array slice(const std::uint8_t* bytes, std::size_t begin, std::size_t end) {
-  OdUInt8Array part;
-  part.reserve(static_cast<OdUInt8Array::size_type>(end - begin));
-  for (std::size_t i = begin; i < end; ++i)
-    part.push_back(bytes[i]);
-  return part;
-}
-
-OdUInt64 trimmed(const OdUInt8Array& bytes, unsigned trim) {
-  const OdUInt64 bits = static_cast<OdUInt64>(bytes.size()) * 8;
-  return bits > trim ? bits - trim : 0;
-}
 
 // One read of each kind; each either consumes at least one bit or fails.
 void readOne(OdDbDwgStreamFiler& filer, unsigned op) {
@@ -125,27 +111,15 @@ constexpr unsigned kOperations = 21;
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  if (size < 5)
+  objectfuzz::StreamSlices streams;
+  if (!streams.cut(bytes, size))
     return 0;
-  const unsigned a = bytes[0] | (bytes[1] << 8);
-  const unsigned b = bytes[2] | (bytes[3] << 8);
-  const unsigned trims = bytes[4];
-  const std::uint8_t* body = bytes + 5;
-  const std::size_t n = size - 5;
-  const std::size_t cut1 = a % (n + 1);
-  const std::size_t cut2 = cut1 + b % (n - cut1 + 1);
-
-  const OdUInt8Array data = slice(body, 0, cut1);
-  const OdUInt8Array strings = slice(body, cut1, cut2);
-  const OdUInt8Array handles = slice(body, cut2, n);
-
   OdStaticRxObject<OdDbDwgStreamFiler> filer;
-  filer.openForRead(data, trimmed(data, trims & 7), strings, trimmed(strings, (trims >> 3) & 7),
-                    handles, trimmed(handles, trims >> 6));
+  streams.openForRead(filer);
 
   // Every successful read consumes at least one bit, so the total bits bound the iterations.
   const OdUInt64 limit = filer.dataBitSize() + filer.stringBitSize() + filer.handleBitSize() + 1;
-  unsigned op = (a ^ b) % kOperations;
+  unsigned op = (streams.a ^ streams.b) % kOperations;
   for (OdUInt64 i = 0; i <= limit && filer.filerStatus() == eOk; ++i) {
     const OdUInt64 before =
         filer.remainingDataBits() + filer.remainingStringBits() + filer.remainingHandleBits();
@@ -154,7 +128,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         filer.remainingDataBits() + filer.remainingStringBits() + filer.remainingHandleBits();
     if (filer.filerStatus() == eOk && after >= before)
       std::abort(); // a successful read that consumed nothing could loop forever
-    op = (op + 1 + trims) % kOperations;
+    op = (op + 1 + streams.trims) % kOperations;
   }
   return 0;
 }

@@ -14,6 +14,7 @@
 #include "DbDatabase.h"
 #include "DbDxfFile.h"
 #include "HostExtend.h"
+#include "OdError.h"
 #include "RxDictionary.h"
 #include "RxDynamicLinker.h"
 
@@ -42,7 +43,7 @@ std::vector<OdDbObjectPtr> sampleObjects() {
   const char* path = std::getenv("CUSTENTS_FUZZ_SEED_DRAWING");
   if (!path || !*path)
     return {};
-  OdDbDatabasePtr db;
+  static OdDbDatabasePtr db; // outlives the objects, which refer to it
   OdString error;
   if (odDbReadDxf(OdString::fromUtf8(path), db, &error) != eOk) {
     std::fprintf(stderr, "%s: %s\n", path, error.toUtf8().c_str());
@@ -58,6 +59,25 @@ std::vector<OdDbObjectPtr> sampleObjects() {
   return objects;
 }
 
+OdString& loadedModuleName() {
+  static OdString name;
+  return name;
+}
+
+// At exit the module is unloaded and the host and the platform are taken down, as a host does
+// before it ends: left to the end of the process, the platform's class dictionary would outlive
+// the extension objects the host and the module attached to it.
+void unloadAtExit() {
+  try {
+    odrxDynamicLinker()->unloadModule(loadedModuleName());
+  } catch (const OdError& error) {
+    std::fprintf(stderr, "unloading the module: %s\n", error.what());
+    std::_Exit(1);
+  }
+  odHostExtendUninitialize();
+  odUninitialize();
+}
+
 // The module's classes, with the module loaded for the life of the process as a host keeps
 // its modules.
 const std::vector<OdRxClass*>& moduleClasses() {
@@ -65,6 +85,8 @@ const std::vector<OdRxClass*>& moduleClasses() {
     odInitialize();
     odHostExtendInitialize();
     OdRxModulePtr module = odrxDynamicLinker()->loadModule(OdString::fromUtf8(modulePath()));
+    loadedModuleName() = module->moduleName();
+    std::atexit(unloadAtExit);
     return objectfuzz::readableClasses(module.get());
   }();
   return classes;
@@ -73,7 +95,8 @@ const std::vector<OdRxClass*>& moduleClasses() {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  if (objectfuzz::writeSeedsIfAsked(moduleClasses(), sampleObjects()))
+  const std::vector<OdRxClass*>& classes = moduleClasses(); // loads the module the drawing needs
+  if (objectfuzz::writeSeedsIfAsked(classes, sampleObjects()))
     std::exit(0);
   return 0;
 }

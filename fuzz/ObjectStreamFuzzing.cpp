@@ -25,6 +25,32 @@ OdUInt64 trimmed(const OdUInt8Array& bytes, unsigned trim) {
   return bits > trim ? bits - trim : 0;
 }
 
+} // namespace
+
+bool StreamSlices::cut(const std::uint8_t* bytes, std::size_t size) {
+  if (size < 5)
+    return false;
+  a = bytes[0] | (bytes[1] << 8);
+  b = bytes[2] | (bytes[3] << 8);
+  trims = bytes[4];
+  const std::uint8_t* body = bytes + 5;
+  const std::size_t n = size - 5;
+  const std::size_t cut1 = a % (n + 1);
+  const std::size_t cut2 = cut1 + b % (n - cut1 + 1);
+  data = slice(body, 0, cut1);
+  strings = slice(body, cut1, cut2);
+  handles = slice(body, cut2, n);
+  return true;
+}
+
+void StreamSlices::openForRead(OdDbDwgStreamFiler& filer, OdDbDatabase* db,
+                               OdDbFiler::FilerType type) const {
+  filer.openForRead(data, trimmed(data, trims & 7), strings, trimmed(strings, (trims >> 3) & 7),
+                    handles, trimmed(handles, trims >> 6), db, type);
+}
+
+namespace {
+
 OdDbObjectPtr make(const OdRxClass* rxClass) {
   OdDbObjectPtr object = rxClass->create();
   if (object.isNull())
@@ -73,24 +99,14 @@ void checkInput(const std::vector<OdRxClass*>& classes, const std::uint8_t* byte
   const OdRxClass* rxClass = classes[bytes[0] % classes.size()];
   const OdDbFiler::FilerType type =
       (bytes[0] / classes.size()) & 1 ? OdDbFiler::kCopyFiler : OdDbFiler::kFileFiler;
-  const unsigned a = bytes[1] | (bytes[2] << 8);
-  const unsigned b = bytes[3] | (bytes[4] << 8);
-  const unsigned trims = bytes[5];
-  const std::uint8_t* body = bytes + 6;
-  const std::size_t n = size - 6;
-  const std::size_t cut1 = a % (n + 1);
-  const std::size_t cut2 = cut1 + b % (n - cut1 + 1);
-
-  const OdUInt8Array data = slice(body, 0, cut1);
-  const OdUInt8Array strings = slice(body, cut1, cut2);
-  const OdUInt8Array handles = slice(body, cut2, n);
+  StreamSlices streams;
+  streams.cut(bytes + 1, size - 1);
 
   // A fresh database each time: ids read are made in it, and they must not pile up.
   OdDbDatabasePtr db = OdDbDatabase::createObject();
 
   OdStaticRxObject<OdDbDwgStreamFiler> in;
-  in.openForRead(data, trimmed(data, trims & 7), strings, trimmed(strings, (trims >> 3) & 7),
-                 handles, trimmed(handles, trims >> 6), db, type);
+  streams.openForRead(in, db, type);
   OdDbObjectPtr object = make(rxClass);
   if (object->dwgInFields(&in) != eOk)
     return;
@@ -171,6 +187,15 @@ bool writeSeedsIfAsked(const std::vector<OdRxClass*>& classes,
     const std::string name = rxClass->name().toUtf8();
     if (input.empty()) {
       std::fprintf(stderr, "%s: does not file out, no seed\n", name.c_str());
+      continue;
+    }
+    // A seed is of use only if its class reads it back.
+    StreamSlices streams;
+    streams.cut(input.data() + 1, input.size() - 1);
+    OdStaticRxObject<OdDbDwgStreamFiler> in;
+    streams.openForRead(in, db, OdDbFiler::kFileFiler);
+    if (make(rxClass)->dwgInFields(&in) != eOk) {
+      std::fprintf(stderr, "%s: does not read back what it wrote, no seed\n", name.c_str());
       continue;
     }
     const std::string path = std::string(folder) + "/" + name + ".bin";

@@ -8,11 +8,11 @@
 // after one round trip further ones must give the same streams, or copies, undo and saving
 // would keep changing the object.
 //
-// Input layout: u8 selector, then the layout of DwgStreamFilerFuzz (u16 a, u16 b, u8 trims,
-// the stream bytes split at a % (n + 1) and after b more bytes, trims taking up to 7, 7 and 3
-// bits off the ends). The selector modulo the number of classes picks the class, in
-// registration order; the next bit of the quotient reads as a copy instead of a file.
+// Input layout: u8 selector, then the three streams as StreamSlices cuts them (below). The
+// selector modulo the number of classes picks the class, in registration order; the next bit of
+// the quotient reads as a copy instead of a file.
 
+#include "DbDwgStreamFiler.h"
 #include "DbObject.h"
 #include "RxModule.h"
 
@@ -22,6 +22,24 @@
 #include <vector>
 
 namespace objectfuzz {
+
+/// The three streams of one object cut from fuzzer bytes by DwgStreamFilerFuzz's layout: u16 a,
+/// u16 b (little-endian), u8 trims, then the stream bytes, split into data, strings and handles
+/// at a % (n + 1) and after b more bytes; the low, middle and high bits of trims take up to 7,
+/// 7 and 3 bits off the end of each stream, so that bit sizes which do not end on a byte are
+/// covered.
+struct StreamSlices {
+  unsigned a = 0;
+  unsigned b = 0;
+  unsigned trims = 0;
+  OdUInt8Array data, strings, handles;
+
+  /// False, leaving the slices empty, when there are fewer than the 5 bytes of the header.
+  bool cut(const std::uint8_t* bytes, std::size_t size);
+  /// Opens `filer` for reading the three streams, each with its trimmed bit size.
+  void openForRead(OdDbDwgStreamFiler& filer, OdDbDatabase* db = nullptr,
+                   OdDbFiler::FilerType type = OdDbFiler::kFileFiler) const;
+};
 
 /// The registered classes whose objects a drawing reader makes and fills through dwgInFields,
 /// in registration order: all of them, or only those of `module` when one is given.

@@ -1,6 +1,5 @@
 // The error for a standard class that is not registered.
 
-#include "DbLine.h"
 #include "common/NotLoaded.h"
 
 #include <gtest/gtest.h>
@@ -19,12 +18,6 @@ TEST(NotLoaded, TextRunsTheDoubledPrefixClassNameAndSuffixTogether) {
     EXPECT_EQ(error.description().toUtf8(), c.text);
     EXPECT_EQ(error.code(), eExtendedError);
   }
-}
-
-TEST(NotLoaded, CreatesRegisteredStandardEntities) {
-  OdDbLinePtr line = custents::createStandardEntity<OdDbLine>(OD_T("Line"));
-  ASSERT_FALSE(line.isNull());
-  EXPECT_EQ(line->isA(), OdDbLine::desc());
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -40,26 +41,24 @@ TEST(FontFileName, LastFaceAgreeingOverTheShorterLengthWins) {
   }
 }
 
-struct StyleFacts {
-  OdString name, fileName, bigFontFileName, typeface;
-  bool bold = false, italic = false, shapeFile = true;
-  double textSize = -1.0, xScale = -1.0, oblique = -1.0, priorSize = -1.0;
-};
+OdDbTextStyleTableRecordPtr styleOf(OdDbObjectId id) {
+  return id.safeOpenObject();
+}
 
-StyleFacts factsOf(OdDbObjectId id) {
-  OdDbTextStyleTableRecordPtr style = id.safeOpenObject();
-  StyleFacts facts;
-  facts.name = style->getName();
-  facts.fileName = style->fileName();
-  facts.bigFontFileName = style->bigFontFileName();
+/// Name, file, big-font file, face, bold, italic, shape file, size, x scale, oblique angle and
+/// prior size of a style record, in one line.
+std::string factsOf(OdDbObjectId id) {
+  OdDbTextStyleTableRecordPtr style = styleOf(id);
+  OdString face;
+  bool bold = false, italic = false;
   int charset = 0, pitch = 0;
-  style->font(facts.typeface, facts.bold, facts.italic, charset, pitch);
-  facts.shapeFile = style->isShapeFile();
-  facts.textSize = style->textSize();
-  facts.xScale = style->xScale();
-  facts.oblique = style->obliquingAngle();
-  facts.priorSize = style->priorSize();
-  return facts;
+  style->font(face, bold, italic, charset, pitch);
+  std::ostringstream facts;
+  facts << style->getName().toUtf8() << "|" << style->fileName().toUtf8() << "|"
+        << style->bigFontFileName().toUtf8() << "|" << face.toUtf8() << "|" << bold << italic
+        << style->isShapeFile() << "|" << style->textSize() << "|" << style->xScale() << "|"
+        << style->obliquingAngle() << "|" << style->priorSize();
+  return facts.str();
 }
 
 unsigned styleCount(const OdDbDatabasePtr& database) {
@@ -102,48 +101,37 @@ protected:
   OdDbDatabasePtr database;
 };
 
-TEST_F(TextStylesTest, TrueTypeStyleIsCreatedWithTheFace) {
-  const OdDbObjectId id =
-      custents::getCurTextStyle(database, 3.0, u"Courier New", u"COUR.TTF", 1, 0);
-  const StyleFacts facts = factsOf(id);
-  EXPECT_EQ(OdString(u"Courier New_txtstyle_1_0"), facts.name);
-  EXPECT_EQ(OdString(u"COUR.TTF"), facts.fileName);
-  EXPECT_EQ(OdString(), facts.bigFontFileName);
-  EXPECT_EQ(OdString(u"Courier New"), facts.typeface);
-  EXPECT_TRUE(facts.bold);
-  EXPECT_FALSE(facts.italic);
-  EXPECT_FALSE(facts.shapeFile);
-  EXPECT_EQ(0.0, facts.textSize);
-  EXPECT_EQ(1.0, facts.xScale);
-  EXPECT_EQ(0.0, facts.oblique);
-  EXPECT_EQ(3.0, facts.priorSize);
-}
-
-TEST_F(TextStylesTest, ShxFileInAnyCaseMakesABigFontStyleWithoutFace) {
+TEST_F(TextStylesTest, StyleIsTrueTypeWithTheFaceOrBigFontForShxFilesInAnyCase) {
+  EXPECT_EQ(factsOf(custents::getCurTextStyle(database, 3.0, u"Courier New", u"COUR.TTF", 1, 0)),
+            "Courier New_txtstyle_1_0|COUR.TTF||Courier New|100|0|1|0|3");
   for (const char16_t* file : {u"hztxt.shx", u"HZTXT.SHX", u"HzTxt.ShX"}) {
     SCOPED_TRACE(OdString(file).toUtf8());
     OdDbDatabasePtr db = OdDbDatabase::createObject();
-    const StyleFacts facts = factsOf(custents::getCurTextStyle(db, 5.0, u"hztxt", file, 0, 1));
-    EXPECT_EQ(OdString(u"hztxt_txtstyle_0_1"), facts.name);
-    EXPECT_EQ(OdString(file), facts.bigFontFileName);
-    EXPECT_EQ(OdString(u"tssdeng.shx"), facts.fileName);
-    EXPECT_EQ(OdString(), facts.typeface);
-    EXPECT_FALSE(facts.shapeFile);
-    EXPECT_EQ(5.0, facts.priorSize); // the caller's size, not the SHX default
+    OdDbTextStyleTableRecordPtr style =
+        styleOf(custents::getCurTextStyle(db, 5.0, u"hztxt", file, 0, 1));
+    EXPECT_EQ(OdString(u"hztxt_txtstyle_0_1"), style->getName());
+    EXPECT_EQ(OdString(file), style->bigFontFileName());
+    EXPECT_EQ(OdString(u"tssdeng.shx"), style->fileName());
+    EXPECT_FALSE(style->isShapeFile());
+    EXPECT_EQ(5.0, style->priorSize()); // the caller's size, not the SHX default
+    OdString face;
+    bool bold, italic;
+    int charset, pitch;
+    style->font(face, bold, italic, charset, pitch);
+    EXPECT_TRUE(face.isEmpty());
   }
   // "shx" must be the last three characters: a TrueType file that merely contains it is not.
-  const StyleFacts ttf = factsOf(custents::getCurTextStyle(database, 5.0, u"x", u"shx.ttf", 0, 0));
-  EXPECT_EQ(OdString(u"shx.ttf"), ttf.fileName);
-  EXPECT_EQ(OdString(u"x"), ttf.typeface);
+  EXPECT_EQ(factsOf(custents::getCurTextStyle(database, 5.0, u"x", u"shx.ttf", 0, 0)).substr(0, 28),
+            "x_txtstyle_0_0|shx.ttf||x|00");
 }
 
 TEST_F(TextStylesTest, SizedNameForm) {
-  const OdDbObjectId id =
-      custents::getCurTextStyle(database, 2.5, u"hztxt", u"hztxt.shx", 0, 0, 12.0);
-  EXPECT_EQ(OdString(u"hztxt_txtstyle_12.00_0_0"), factsOf(id).name);
-  const OdDbObjectId other =
-      custents::getCurTextStyle(database, 2.5, u"hztxt", u"hztxt.shx", 0, 0, 3.456);
-  EXPECT_EQ(OdString(u"hztxt_txtstyle_3.46_0_0"), factsOf(other).name);
+  EXPECT_EQ(OdString(u"hztxt_txtstyle_12.00_0_0"),
+            styleOf(custents::getCurTextStyle(database, 2.5, u"hztxt", u"hztxt.shx", 0, 0, 12.0))
+                ->getName());
+  EXPECT_EQ(OdString(u"hztxt_txtstyle_3.46_0_0"),
+            styleOf(custents::getCurTextStyle(database, 2.5, u"hztxt", u"hztxt.shx", 0, 0, 3.456))
+                ->getName());
 }
 
 TEST_F(TextStylesTest, AskingAgainCreatesNothing) {
@@ -152,7 +140,7 @@ TEST_F(TextStylesTest, AskingAgainCreatesNothing) {
   const OdDbObjectId second = custents::getCurTextStyle(database, 9.0, u"宋体", u"OTHER.TTF", 0, 0);
   EXPECT_EQ(first, second);
   EXPECT_EQ(count, styleCount(database));
-  EXPECT_EQ(2.5, factsOf(second).priorSize); // the existing record is not changed
+  EXPECT_EQ(2.5, styleOf(second)->priorSize()); // the existing record is not changed
   // Bold or italic is another style.
   EXPECT_NE(first, custents::getCurTextStyle(database, 2.5, u"宋体", u"SIMSUN.TTC", 1, 0));
   EXPECT_EQ(count + 1, styleCount(database));
@@ -162,14 +150,14 @@ TEST_F(TextStylesTest, TemplateStyleOfTheFaceIsPreferred) {
   writeTemplate(u"HOUSE_SONG", u"宋体");
   const unsigned count = styleCount(database);
   const OdDbObjectId id = custents::getCurTextStyle(database, 2.5, u"宋体", u"SIMSUN.TTC", 0, 0);
-  EXPECT_EQ(OdString(u"HOUSE_SONG"), factsOf(id).name);
-  EXPECT_EQ(OdString(u"TEMPLATE.TTF"), factsOf(id).fileName);
+  EXPECT_EQ(OdString(u"HOUSE_SONG"), styleOf(id)->getName());
+  EXPECT_EQ(OdString(u"TEMPLATE.TTF"), styleOf(id)->fileName());
   EXPECT_EQ(id, custents::getCurTextStyle(database, 2.5, u"宋体", u"SIMSUN.TTC", 1, 1));
   EXPECT_EQ(count + 1, styleCount(database));
 
   // A face the template lacks gets the module's own style.
   const OdDbObjectId own = custents::getCurTextStyle(database, 2.5, u"黑体", u"SIMHEI.TTF", 0, 0);
-  EXPECT_EQ(OdString(u"黑体_txtstyle_0_0"), factsOf(own).name);
+  EXPECT_EQ(OdString(u"黑体_txtstyle_0_0"), styleOf(own)->getName());
 }
 
 TEST_F(TextStylesTest, RefusedInputCreatesNothing) {

@@ -4,7 +4,6 @@
 #include "dimensions/OdDbDimCoor.h"
 
 #include "DbTextStyleTable.h"
-#include "Gi/GiRecorder.h"
 #include "dimensions/CoorDimExtensions.h"
 
 #include "DimensionTestSupport.h"
@@ -31,26 +30,41 @@ struct Record {
   OdCmColor dimColor = trueColor(10, 20, 30), txtColor = trueColor(40, 50, 60);
 };
 
+/// A new dimension's fields: at the origin, green, text height 2.5 and gap 0.5.
+Record defaults() {
+  Record r;
+  r.startPt = r.dimPt = r.endPt = OdGePoint3d::kOrigin;
+  r.txtHeight = 2.5;
+  r.txtOffsetX = r.txtOffsetY = 0.0;
+  r.txtGap = 0.5;
+  r.xUp = true;
+  r.xText = r.yText = OdString();
+  r.dimColor = r.txtColor = trueColor(0, 255, 0);
+  return r;
+}
+
+void writeFields(const Record& r, OdDbDwgFiler* filer) {
+  filer->wrDouble(r.version);
+  for (const OdGePoint3d& p : {r.startPt, r.dimPt, r.endPt})
+    filer->wrPoint3d(p);
+  for (double d : {r.txtHeight, r.txtOffsetX, r.txtOffsetY, r.txtGap})
+    filer->wrDouble(d);
+  filer->wrBool(r.xUp);
+  filer->wrString(r.xText);
+  filer->wrString(r.yText);
+  if (r.colours) {
+    r.dimColor.dwgOut(filer);
+    r.txtColor.dwgOut(filer);
+  }
+}
+
+/// Entity data (colour 4), then the record.
 void write(const Record& r, polygontest::Filer& filer) {
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   OdDbDimCoorPtr base = OdDbDimCoor::createObject();
   base->setColorIndex(4);
   base->OdDbEntity::dwgOutFields(&filer);
-  filer.wrDouble(r.version);
-  filer.wrPoint3d(r.startPt);
-  filer.wrPoint3d(r.dimPt);
-  filer.wrPoint3d(r.endPt);
-  filer.wrDouble(r.txtHeight);
-  filer.wrDouble(r.txtOffsetX);
-  filer.wrDouble(r.txtOffsetY);
-  filer.wrDouble(r.txtGap);
-  filer.wrBool(r.xUp);
-  filer.wrString(r.xText);
-  filer.wrString(r.yText);
-  if (r.colours) {
-    r.dimColor.dwgOut(&filer);
-    r.txtColor.dwgOut(&filer);
-  }
+  writeFields(r, &filer);
   filer.rewind();
 }
 
@@ -62,30 +76,12 @@ OdDbDimCoorPtr read(const Record& r) {
   return dim;
 }
 
-void expectFields(const OdDbDimCoor* dim, const Record& r) {
-  EXPECT_TRUE(samePoint(dim->getStartPt(), r.startPt));
-  EXPECT_TRUE(samePoint(dim->getDimPt(), r.dimPt));
-  EXPECT_TRUE(samePoint(dim->getEndPt(), r.endPt));
-  EXPECT_EQ(dim->getTxtHeight(), r.txtHeight);
-  EXPECT_EQ(dim->getTxtOffsetX(), r.txtOffsetX);
-  EXPECT_EQ(dim->getTxtOffsetY(), r.txtOffsetY);
-  EXPECT_EQ(dim->getTxtGap(), r.txtGap);
-  EXPECT_EQ(dim->getXUp(), r.xUp);
-  EXPECT_EQ(dim->getXText(), r.xText);
-  EXPECT_EQ(dim->getYText(), r.yText);
-}
-
-void expectDefaults(const OdDbDimCoor* dim) {
-  Record defaults;
-  defaults.startPt = defaults.dimPt = defaults.endPt = OdGePoint3d::kOrigin;
-  defaults.txtHeight = 2.5;
-  defaults.txtOffsetX = defaults.txtOffsetY = 0.0;
-  defaults.txtGap = 0.5;
-  defaults.xUp = true;
-  defaults.xText = defaults.yText = OdString();
-  expectFields(dim, defaults);
-  EXPECT_EQ(dim->getTxtColor(), trueColor(0, 255, 0));
-  EXPECT_EQ(dim->getDimColor(), trueColor(0, 255, 0));
+/// The record's data and strings in hex, as polygontest::ownRecord gives them.
+std::string fieldsOf(const Record& r) {
+  polygontest::Filer filer;
+  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  writeFields(r, &filer);
+  return polygontest::toHex(filer.dataBuffer()) + "|" + polygontest::toHex(filer.stringBuffer());
 }
 
 OdDbDimCoorPtr dimAt(const OdGePoint3d& startPt, const OdGePoint3d& dimPt) {
@@ -94,9 +90,6 @@ OdDbDimCoorPtr dimAt(const OdGePoint3d& startPt, const OdGePoint3d& dimPt) {
   dim->setDimPt(dimPt);
   return dim;
 }
-
-// ---------------------------------------------------------------------------------------------
-// Shared layout
 
 TEST(CoordinateLayout, FormatsTakeTheDecimalsClampedToWhatADoubleCarries) {
   struct Case {
@@ -171,12 +164,9 @@ TEST(CoordinateLayout, LeaderSnapsAreEndsMiddleFootAndNearestOnTheSegment) {
   }
 }
 
-// ---------------------------------------------------------------------------------------------
-// Identity and data
-
 TEST(DimCoor, DefaultsAreOriginGreenAndTwoDecimalsAndSetColorColoursTheLinesOnly) {
   OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
-  expectDefaults(dim);
+  EXPECT_EQ(polygontest::ownRecord(dim), fieldsOf(defaults()));
   EXPECT_EQ(dim->getXFormat(), OdString(u"X=%.2f"));
   EXPECT_EQ(dim->getYFormat(), OdString(u"Y=%.2f"));
   dim->setColorIndex(1);
@@ -212,8 +202,6 @@ TEST(DimCoor, SetTxtAccLabelsNorthingAsXUnderTheSurveyConvention) {
 TEST(DimCoor, EmptyTextsAreFilledInWithoutTheSwap) {
   // Required behaviour: the fill-in takes x for the X text, unlike setTxtAcc.
   OdDbDimCoorPtr dim = dimAt({100, 200, 0}, {});
-  EXPECT_EQ(dim->GetXName(), OdString(u"X=100.00"));
-  EXPECT_EQ(dim->GetYName(), OdString(u"Y=200.00"));
   EXPECT_EQ(dim->GetTextMaxLength(), 8);
   EXPECT_EQ(dim->getXText(), OdString(u"X=100.00"));
   EXPECT_EQ(dim->getYText(), OdString(u"Y=200.00"));
@@ -223,27 +211,20 @@ TEST(DimCoor, EmptyTextsAreFilledInWithoutTheSwap) {
 }
 
 TEST(DimCoor, ArrowIsTheShoulderAndStoresItsEnd) {
-  struct Case {
-    OdGePoint3d dimPt, endPt;
-  } cases[] = {{{10, 10, 0}, {25, 10, 0}}, {{-10, 10, 0}, {-25, 10, 0}}};
-  for (const Case& c : cases) {
-    OdDbDimCoorPtr dim = dimAt({0, 0, 0}, c.dimPt);
+  for (const OdGePoint3d& dimPt : {OdGePoint3d(10, 10, 0), OdGePoint3d(-10, 10, 0)}) {
+    OdDbDimCoorPtr dim = dimAt({0, 0, 0}, dimPt);
     dim->setXText(u"X=1");
     dim->setYText(u"Y=12345"); // 7 characters: (7 + 1) * 2.5 * 0.75 = 15
     dim->setColorIndex(3);
-    OdDbLinePtr arrow = dim->getArrow();
-    EXPECT_TRUE(samePoint(arrow->startPoint(), c.dimPt));
-    EXPECT_TRUE(samePoint(arrow->endPoint(), c.endPt));
-    EXPECT_TRUE(samePoint(dim->getEndPt(), c.endPt));
-    EXPECT_EQ(arrow->colorIndex(), 3);
-    OdDbLinePtr leader = dim->getline();
-    EXPECT_TRUE(samePoint(leader->startPoint(), OdGePoint3d::kOrigin));
-    EXPECT_TRUE(samePoint(leader->endPoint(), c.dimPt));
+    const OdGePoint3d endPt(dimPt.x > 0 ? 25 : -25, 10, 0);
+    OdRxObjectPtrArray lines;
+    lines.append(dim->getline());
+    lines.append(dim->getArrow());
+    polygontest::expectLines(lines, {{OdGePoint3d::kOrigin, dimPt}, {dimPt, endPt}});
+    EXPECT_TRUE(samePoint(dim->getEndPt(), endPt));
+    EXPECT_EQ(dim->getArrow()->colorIndex(), 3);
   }
 }
-
-// ---------------------------------------------------------------------------------------------
-// Texts and drawing
 
 TEST(DimCoor, TextsStandOnAndUnderTheShoulderWithTheirOffsets) {
   struct Case {
@@ -257,22 +238,24 @@ TEST(DimCoor, TextsStandOnAndUnderTheShoulderWithTheirOffsets) {
     Record r;
     r.dimPt = c.dimPt;
     OdDbDimCoorPtr dim = read(r);
-    OdDbTextPtr x = dim->getXTextObj(), y = dim->getYTextObj();
-    ASSERT_FALSE(x.isNull());
-    ASSERT_FALSE(y.isNull());
-    EXPECT_EQ(x->textString(), OdString(u"X=north"));
-    EXPECT_EQ(y->textString(), OdString(u"Y=east"));
-    EXPECT_EQ(x->horizontalMode(), c.mode);
-    EXPECT_EQ(y->horizontalMode(), c.mode);
-    EXPECT_EQ(x->verticalMode(), OdDb::kTextBottom);
-    EXPECT_EQ(y->verticalMode(), OdDb::kTextTop);
-    EXPECT_EQ(x->height(), 3.0);
-    EXPECT_EQ(y->height(), 3.0);
     // x offset 1.5; the X text 0.75 above, the Y text 0.75 + 3 below.
-    EXPECT_TRUE(samePoint(x->alignmentPoint(), c.base + OdGeVector3d(1.5, 0.75, 0)));
-    EXPECT_TRUE(samePoint(y->alignmentPoint(), c.base + OdGeVector3d(1.5, -3.75, 0)));
-    EXPECT_EQ(x->color(), trueColor(40, 50, 60));
-    EXPECT_TRUE(x->textStyle().isNull()) << "no drawing, no style";
+    const struct {
+      OdDbTextPtr text;
+      const char16_t* contents;
+      OdDb::TextVertMode vertical;
+      OdGeVector3d offset;
+    } texts[] = {{dim->getXTextObj(), u"X=north", OdDb::kTextBottom, {1.5, 0.75, 0}},
+                 {dim->getYTextObj(), u"Y=east", OdDb::kTextTop, {1.5, -3.75, 0}}};
+    for (const auto& t : texts) {
+      ASSERT_FALSE(t.text.isNull());
+      EXPECT_EQ(t.text->textString(), OdString(t.contents));
+      EXPECT_EQ(t.text->horizontalMode(), c.mode);
+      EXPECT_EQ(t.text->verticalMode(), t.vertical);
+      EXPECT_EQ(t.text->height(), 3.0);
+      EXPECT_TRUE(samePoint(t.text->alignmentPoint(), c.base + t.offset));
+      EXPECT_EQ(t.text->color(), trueColor(40, 50, 60));
+      EXPECT_TRUE(t.text->textStyle().isNull()) << "no drawing, no style";
+    }
   }
 }
 
@@ -286,30 +269,36 @@ TEST(DimCoor, TextsTakeTheHztxtStyleOfTheirDrawing) {
   EXPECT_EQ(dim->getCurTextStyle(db, 0.2, u"hztxt", u"hztxt.shx", 0, 0, 12.0), style);
 }
 
-TEST(DimCoor, DrawsLeaderShoulderAndBothTextsInTheirColours) {
+TEST(DimCoor, DrawsAndExplodesLeaderShoulderAndBothTextsInTheirColours) {
   OdDbDimCoorPtr dim = read(Record());
-  OdGiRecorder recorder;
-  EXPECT_TRUE(dim->worldDraw(&recorder));
-  const auto& records = recorder.records();
+  const std::vector<OdGiRecord> records = polygontest::drawn(dim);
   ASSERT_EQ(records.size(), 4u);
   const OdGePoint3d ends[][2] = {{{1, 2, 0}, {5, 6, 0}}, {{5, 6, 0}, {23, 6, 0}}};
+  const char16_t* texts[] = {u"X=north", u"Y=east"};
   for (int i = 0; i < 2; ++i) {
     ASSERT_EQ(records[i].kind, OdGiRecord::kPolyline);
-    ASSERT_EQ(records[i].points.size(), 2u);
-    EXPECT_TRUE(samePoint(records[i].points[0], ends[i][0]));
-    EXPECT_TRUE(samePoint(records[i].points[1], ends[i][1]));
+    polygontest::expectPoints(records[i].points, {ends[i][0], ends[i][1]});
     EXPECT_EQ(records[i].traits.trueColor(), trueColor(10, 20, 30).entityColor());
-  }
-  const char16_t* texts[] = {u"X=north", u"Y=east"};
-  for (int i = 2; i < 4; ++i) {
-    ASSERT_EQ(records[i].kind, OdGiRecord::kText);
-    EXPECT_EQ(records[i].text, OdString(texts[i - 2]));
-    EXPECT_EQ(records[i].height, 3.0);
-    EXPECT_EQ(records[i].traits.trueColor(), trueColor(40, 50, 60).entityColor());
+    ASSERT_EQ(records[i + 2].kind, OdGiRecord::kText);
+    EXPECT_EQ(records[i + 2].text, OdString(texts[i]));
+    EXPECT_EQ(records[i + 2].height, 3.0);
+    EXPECT_EQ(records[i + 2].traits.trueColor(), trueColor(40, 50, 60).entityColor());
   }
   // The X text sits above the shoulder, the Y text under it.
   EXPECT_GT(records[2].points[0].y, 6.0);
   EXPECT_LT(records[3].points[0].y, 6.0);
+
+  OdRxObjectPtrArray pieces;
+  ASSERT_EQ(dim->explode(pieces), eOk);
+  ASSERT_EQ(pieces.size(), 4u);
+  polygontest::expectLines(pieces, {{ends[0][0], ends[0][1]}, {ends[1][0], ends[1][1]}});
+  EXPECT_EQ(OdDbLine::cast(pieces[0].get())->color(), trueColor(10, 20, 30));
+  for (int i = 2; i < 4; ++i) {
+    OdDbTextPtr text = OdDbText::cast(pieces[i].get());
+    ASSERT_FALSE(text.isNull());
+    EXPECT_EQ(text->textString(), OdString(texts[i - 2]));
+    EXPECT_EQ(text->color(), trueColor(40, 50, 60));
+  }
 }
 
 TEST(DimCoor, UnusableTextHeightsDrawTheLinesOnly) {
@@ -319,31 +308,14 @@ TEST(DimCoor, UnusableTextHeightsDrawTheLinesOnly) {
     r.txtHeight = height;
     OdDbDimCoorPtr dim = read(r);
     EXPECT_TRUE(dim->getXTextObj().isNull());
-    OdGiRecorder recorder;
-    EXPECT_TRUE(dim->worldDraw(&recorder));
-    EXPECT_EQ(recorder.records().size(), 2u);
+    EXPECT_EQ(polygontest::drawn(dim).size(), 2u);
     OdRxObjectPtrArray pieces;
     EXPECT_EQ(dim->explode(pieces), eOk);
     EXPECT_EQ(pieces.size(), 2u);
   }
 }
 
-// ---------------------------------------------------------------------------------------------
-// Filing
-
-TEST(DimCoor, DwgRecordIsItsFieldTable) {
-  // The record is the entity's data, then exactly the fields in table order.
-  OdDbDimCoorPtr dim = read(Record());
-  polygontest::Filer own, expected;
-  own.openForWrite(nullptr, OdDbFiler::kCopyFiler);
-  dim->dwgOutFields(&own);
-  write(Record(), expected);
-  EXPECT_EQ(own.dataBitSize(), expected.dataBitSize());
-  EXPECT_TRUE(own.dataBuffer() == expected.dataBuffer());
-  EXPECT_TRUE(own.stringBuffer() == expected.stringBuffer());
-}
-
-TEST(DimCoor, VersionsUpToThreeAreReadAndColoursOnlyFromThree) {
+TEST(DimCoor, RecordIsItsFieldTableReadUpToVersionThreeWithColoursOnlyFromThree) {
   struct Case {
     double version;
     bool colours;
@@ -362,18 +334,15 @@ TEST(DimCoor, VersionsUpToThreeAreReadAndColoursOnlyFromThree) {
     OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
     EXPECT_EQ(static_cast<int>(dim->dwgInFields(&filer)), c.expected);
     EXPECT_EQ(dim->colorIndex(), 4); // the entity's data comes before the version
-    if (c.expected != eOk) {
-      expectDefaults(dim);
-      continue;
-    }
-    expectFields(dim, r);
-    EXPECT_EQ(dim->getDimColor(), c.colours ? r.dimColor : trueColor(0, 255, 0));
-    EXPECT_EQ(dim->getTxtColor(), c.colours ? r.txtColor : trueColor(0, 255, 0));
+    // Written again: the current version, with the default colours where none were read.
+    Record written = c.expected == eOk ? r : defaults();
+    written.version = 3.0;
+    written.colours = true;
+    if (!c.colours)
+      written.dimColor = written.txtColor = trueColor(0, 255, 0);
+    EXPECT_EQ(polygontest::ownRecord(dim), fieldsOf(written));
   }
 }
-
-// ---------------------------------------------------------------------------------------------
-// Editing
 
 TEST(DimCoor, TransformMovesThePointsButNotTheTextHeight) {
   OdDbDimCoorPtr dim = read(Record());
@@ -385,7 +354,7 @@ TEST(DimCoor, TransformMovesThePointsButNotTheTextHeight) {
   EXPECT_EQ(dim->getXText(), OdString(u"X=north"));
 }
 
-TEST(DimCoor, TheOneGripMovesThePointAndRelabelsIt) {
+TEST(DimCoor, TheOneGripMovesThePointAndRelabelsItAndSnapsComeFromTheLeader) {
   ScopedPrecision precision(1);
   OdDbDimCoorPtr dim = dimAt({100, 200, 0}, {110, 210, 0});
   const OdDbGripDataPtrArray grips = polygontest::gripsOf(dim);
@@ -402,38 +371,11 @@ TEST(DimCoor, TheOneGripMovesThePointAndRelabelsIt) {
   EXPECT_EQ(dim->getXText(), OdString(u"X=199.5"));
   EXPECT_EQ(dim->getYText(), OdString(u"Y=100.3"));
   EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(110, 210, 0)));
-}
 
-TEST(DimCoor, SnapsComeFromTheLeaderOnly) {
-  OdDbDimCoorPtr dim = dimAt({0, 0, 0}, {10, 0, 0});
-  const OdGePoint3dArray ends = polygontest::snapsOf(dim, OdDb::kOsModeEnd);
-  ASSERT_EQ(ends.size(), 2u) << "the shoulder's end is no snap";
-  EXPECT_TRUE(samePoint(ends[1], OdGePoint3d(10, 0, 0)));
+  // The shoulder's end is no snap.
+  polygontest::expectPoints(polygontest::snapsOf(dim, OdDb::kOsModeEnd),
+                            {{100.3, 199.5, 0}, {110, 210, 0}});
   EXPECT_EQ(polygontest::snapsOf(dim, OdDb::kOsModeQuad).size(), 0u);
-}
-
-TEST(DimCoor, ExplodesIntoTwoLinesAndTwoTexts) {
-  OdDbDimCoorPtr dim = read(Record());
-  dim->setLinetypeScale(2.5);
-  OdRxObjectPtrArray pieces;
-  ASSERT_EQ(dim->explode(pieces), eOk);
-  ASSERT_EQ(pieces.size(), 4u);
-  const OdGePoint3d ends[][2] = {{{1, 2, 0}, {5, 6, 0}}, {{5, 6, 0}, {23, 6, 0}}};
-  for (int i = 0; i < 2; ++i) {
-    OdDbLinePtr line = OdDbLine::cast(pieces[i].get());
-    ASSERT_FALSE(line.isNull());
-    EXPECT_TRUE(samePoint(line->startPoint(), ends[i][0]));
-    EXPECT_TRUE(samePoint(line->endPoint(), ends[i][1]));
-    EXPECT_EQ(line->color(), trueColor(10, 20, 30));
-    EXPECT_EQ(line->linetypeScale(), 2.5);
-  }
-  for (int i = 2; i < 4; ++i) {
-    OdDbTextPtr text = OdDbText::cast(pieces[i].get());
-    ASSERT_FALSE(text.isNull());
-    EXPECT_EQ(text->color(), trueColor(40, 50, 60));
-    EXPECT_EQ(text->linetypeScale(), 2.5);
-  }
-  EXPECT_EQ(OdDbText::cast(pieces[3].get())->textString(), OdString(u"Y=east"));
 }
 
 } // namespace

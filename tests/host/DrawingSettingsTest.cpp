@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(DrawingSettingsTest, OneObjectPerDrawing) {
+TEST(DrawingSettingsTest, OneObjectPerDrawingWhoseScaleIsItsDimscale) {
   OdDbDatabasePtr first = OdDbDatabase::createObject();
   OdDbDatabasePtr second = OdDbDatabase::createObject();
   CDrawingSettings* settings = TheApp()->GetDrawingSettings(first.get());
@@ -17,26 +17,21 @@ TEST(DrawingSettingsTest, OneObjectPerDrawing) {
   EXPECT_EQ(settings, TheApp()->GetDrawingSettings(first.get()));
   EXPECT_NE(settings, TheApp()->GetDrawingSettings(second.get()));
   EXPECT_EQ(nullptr, TheApp()->GetDrawingSettings(nullptr));
-}
 
-TEST(DrawingSettingsTest, ScaleIsTheDrawingsDimscale) {
-  OdDbDatabasePtr database = OdDbDatabase::createObject();
-  OdDbDatabasePtr other = OdDbDatabase::createObject();
-  CDrawingSettings* settings = TheApp()->GetDrawingSettings(database.get());
+  // The scale is the drawing's DIMSCALE.
   EXPECT_EQ(1.0, settings->GetCurrentScale());
-  database->setDIMSCALE(100.0);
+  first->setDIMSCALE(100.0);
   EXPECT_EQ(100.0, settings->GetCurrentScale());
-
   EXPECT_TRUE(settings->SetCurrentScale(50.0));
-  EXPECT_EQ(50.0, database->getDIMSCALE());
-  EXPECT_EQ(1.0, other->getDIMSCALE());
+  EXPECT_EQ(50.0, first->getDIMSCALE());
+  EXPECT_EQ(1.0, second->getDIMSCALE());
 
   const double refused[] = {0.0, -1.0, std::numeric_limits<double>::quiet_NaN(),
                             std::numeric_limits<double>::infinity()};
   for (double scale : refused) {
     SCOPED_TRACE(scale);
     EXPECT_FALSE(settings->SetCurrentScale(scale));
-    EXPECT_EQ(50.0, database->getDIMSCALE());
+    EXPECT_EQ(50.0, first->getDIMSCALE());
   }
 
   CDrawingSettings detached(nullptr);

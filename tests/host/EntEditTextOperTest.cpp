@@ -39,32 +39,28 @@ bool pickAll(OdSmartPtr<OdDbEntity> entity, const OdGePoint3d&, OdSmartPtr<OdDbE
   return true;
 }
 
-bool commitRefuse(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity>, OdString,
-                  OdSmartPtr<OdDbEntity>) {
-  g_calls += "commitRefuse ";
-  return false;
+template <bool Accept>
+bool commit(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity> editedText, OdString newText,
+            OdSmartPtr<OdDbEntity>) {
+  g_calls += Accept ? "commitAccept " : "commitRefuse ";
+  if (Accept)
+    g_committedText = newText;
+  return Accept && !editedText.isNull();
 }
+constexpr auto commitRefuse = &commit<false>;
+constexpr auto commitAccept = &commit<true>;
 
-bool commitAccept(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity> editedText, OdString newText,
-                  OdSmartPtr<OdDbEntity>) {
-  g_calls += "commitAccept ";
-  g_committedText = newText;
-  return !editedText.isNull();
-}
-
-void showA(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity>, bool editing) {
-  g_calls += "showA ";
+template <char Name> void show(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity>, bool editing) {
+  g_calls += std::string("show") + Name + " ";
   g_lastEditing = editing;
 }
-
-void showB(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity>, bool) {
-  g_calls += "showB ";
-}
+constexpr auto showA = &show<'A'>;
+constexpr auto showB = &show<'B'>;
 
 // A module that unloads while the host walks the callbacks.
 bool pickAndUnregister(OdSmartPtr<OdDbEntity>, const OdGePoint3d&, OdSmartPtr<OdDbEntity>&, int&) {
   g_calls += "pickAndUnregister ";
-  EntEditTextOper::removeEditTextOper(&pickAndUnregister, &commitRefuse);
+  EntEditTextOper::removeEditTextOper(&pickAndUnregister, commitRefuse);
   return false;
 }
 
@@ -79,46 +75,39 @@ protected:
   }
   void TearDown() override {
     for (auto pick : {&pickNothing, &pickLeft, &pickAll, &pickAndUnregister})
-      for (auto commit : {&commitRefuse, &commitAccept})
-        EntEditTextOper::removeEditTextOper(pick, commit, nullptr);
+      for (auto commitOf : {commitRefuse, commitAccept})
+        EntEditTextOper::removeEditTextOper(pick, commitOf, nullptr);
   }
 
   HostTestEntityPtr entity;
 };
 
-TEST_F(EntEditTextOperTest, RegistrationKeepsOnePerPickCommitPair) {
-  EXPECT_TRUE(EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, &showA));
-  EXPECT_FALSE(EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, &showB));
-  EXPECT_EQ(1, EntEditTextOper::count());
+TEST_F(EntEditTextOperTest, RegistrationAndRemovalKeyOnThePickCommitPair) {
+  EXPECT_TRUE(EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, showA));
+  EXPECT_FALSE(EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, showB));
   // Another commit with the same pick is another registration.
-  EXPECT_TRUE(EntEditTextOper::addEditTextOper(&pickLeft, &commitRefuse, nullptr));
+  EXPECT_TRUE(EntEditTextOper::addEditTextOper(&pickLeft, commitRefuse, nullptr));
+  EXPECT_FALSE(EntEditTextOper::addEditTextOper(nullptr, commitAccept, showA));
+  EXPECT_FALSE(EntEditTextOper::addEditTextOper(&pickAll, nullptr, showA));
   EXPECT_EQ(2, EntEditTextOper::count());
-
   // The show callback of the first registration stayed.
   EntEditTextOper::showText(entity, nullptr, true);
   EXPECT_EQ("showA ", g_calls);
 
-  EXPECT_FALSE(EntEditTextOper::addEditTextOper(nullptr, &commitAccept, &showA));
-  EXPECT_FALSE(EntEditTextOper::addEditTextOper(&pickAll, nullptr, &showA));
+  // Removal matches pick and commit only, whatever show is given.
+  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickAll, commitRefuse, showA));
+  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickNothing, commitAccept, showA));
   EXPECT_EQ(2, EntEditTextOper::count());
-}
-
-TEST_F(EntEditTextOperTest, RemovalMatchesPickAndCommitOnly) {
-  EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, &showA);
-  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, &showB);
-  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickLeft, &commitRefuse, &showA));
-  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickNothing, &commitAccept, &showA));
-  EXPECT_EQ(2, EntEditTextOper::count());
-  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(&pickLeft, &commitAccept, nullptr));
-  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(&pickAll, &commitAccept, &showA));
+  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(&pickLeft, commitAccept, showB));
+  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(&pickLeft, commitRefuse, nullptr));
   EXPECT_EQ(0, EntEditTextOper::count());
-  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickAll, &commitAccept, nullptr));
+  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickLeft, commitAccept, nullptr));
 }
 
 TEST_F(EntEditTextOperTest, PickAsksCallbacksInOrderUntilOneFindsText) {
-  EntEditTextOper::addEditTextOper(&pickNothing, &commitRefuse, nullptr);
-  EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, nullptr);
-  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, nullptr);
+  EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(&pickAll, commitAccept, nullptr);
   HostTestEntityPtr text = HostTestEntity::createObject();
   g_pickedText = text;
 
@@ -135,7 +124,7 @@ TEST_F(EntEditTextOperTest, PickAsksCallbacksInOrderUntilOneFindsText) {
   EXPECT_EQ(entity.get(), found.get());
   EXPECT_EQ(9, kind);
 
-  EntEditTextOper::removeEditTextOper(&pickAll, &commitAccept);
+  EntEditTextOper::removeEditTextOper(&pickAll, commitAccept);
   g_calls.clear();
   found = nullptr;
   kind = 0;
@@ -145,9 +134,9 @@ TEST_F(EntEditTextOperTest, PickAsksCallbacksInOrderUntilOneFindsText) {
 }
 
 TEST_F(EntEditTextOperTest, CommitStopsAtTheFirstCallbackThatTakesTheEdit) {
-  EntEditTextOper::addEditTextOper(&pickNothing, &commitRefuse, nullptr);
-  EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, nullptr);
-  EntEditTextOper::addEditTextOper(&pickAll, &commitRefuse, nullptr);
+  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, nullptr);
+  EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(&pickAll, commitRefuse, nullptr);
   HostTestEntityPtr text = HostTestEntity::createObject();
 
   EXPECT_TRUE(EntEditTextOper::commitText(entity, text, OD_T("新文字"), nullptr));
@@ -159,19 +148,17 @@ TEST_F(EntEditTextOperTest, CommitStopsAtTheFirstCallbackThatTakesTheEdit) {
   EXPECT_EQ("commitRefuse commitAccept commitRefuse ", g_calls);
 }
 
-TEST_F(EntEditTextOperTest, ShowReachesEveryRegisteredShowCallback) {
-  EntEditTextOper::addEditTextOper(&pickNothing, &commitRefuse, &showA);
-  EntEditTextOper::addEditTextOper(&pickLeft, &commitAccept, nullptr);
-  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, &showB);
+TEST_F(EntEditTextOperTest, ShowReachesEveryRegisteredShowCallbackAndNullEntitiesNone) {
+  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, showA);
+  EntEditTextOper::addEditTextOper(&pickAll, commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, showB);
   EntEditTextOper::showText(entity, nullptr, true);
   EXPECT_EQ("showA showB ", g_calls);
   EXPECT_TRUE(g_lastEditing);
   EntEditTextOper::showText(entity, nullptr, false);
   EXPECT_FALSE(g_lastEditing);
-}
 
-TEST_F(EntEditTextOperTest, NullEntityReachesNoCallback) {
-  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, &showA);
+  g_calls.clear();
   OdSmartPtr<OdDbEntity> found;
   int kind = 0;
   EXPECT_FALSE(EntEditTextOper::pickText(nullptr, OdGePoint3d(), found, kind));
@@ -181,8 +168,8 @@ TEST_F(EntEditTextOperTest, NullEntityReachesNoCallback) {
 }
 
 TEST_F(EntEditTextOperTest, CallbackMayUnregisterWhileTheHostAsks) {
-  EntEditTextOper::addEditTextOper(&pickAndUnregister, &commitRefuse, nullptr);
-  EntEditTextOper::addEditTextOper(&pickAll, &commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(&pickAndUnregister, commitRefuse, nullptr);
+  EntEditTextOper::addEditTextOper(&pickAll, commitAccept, nullptr);
   OdSmartPtr<OdDbEntity> found;
   int kind = 0;
   EXPECT_TRUE(EntEditTextOper::pickText(entity, OdGePoint3d(), found, kind));

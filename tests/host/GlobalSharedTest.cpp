@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -31,15 +32,18 @@ std::vector<std::string> separate(const char* text, const char* separator) {
 
 TEST(GlobalSharedTest, SeparateKeepsEmptyParts) {
   typedef std::vector<std::string> Parts;
-  EXPECT_EQ(Parts({"a", "b", "c"}), separate("a,b,c", ","));
-  EXPECT_EQ(Parts({"a", "", "b"}), separate("a,,b", ","));
-  EXPECT_EQ(Parts({"", "a", ""}), separate(",a,", ","));
-  EXPECT_EQ(Parts({"", ""}), separate(",", ","));
-  EXPECT_EQ(Parts({"abc"}), separate("abc", ","));
-  EXPECT_EQ(Parts(), separate("", ","));
-  EXPECT_EQ(Parts({"a,b"}), separate("a,b", ""));
-  EXPECT_EQ(Parts({"钢管", "DN50", "12.5"}), separate("钢管||DN50||12.5", "||"));
-  EXPECT_EQ(Parts({"", "|"}), separate("|||", "||"));
+  const std::tuple<const char*, const char*, Parts> cases[] = {
+      {"a,b,c", ",", {"a", "b", "c"}},
+      {"a,,b", ",", {"a", "", "b"}},
+      {",a,", ",", {"", "a", ""}},
+      {",", ",", {"", ""}},
+      {"abc", ",", {"abc"}},
+      {"", ",", {}},
+      {"a,b", "", {"a,b"}},
+      {"钢管||DN50||12.5", "||", {"钢管", "DN50", "12.5"}},
+      {"|||", "||", {"", "|"}}};
+  for (const auto& [text, separator, parts] : cases)
+    EXPECT_EQ(parts, separate(text, separator)) << text << " by " << separator;
 }
 
 } // namespace

@@ -20,7 +20,7 @@
 
 namespace {
 
-TEST(HostExtendTest, ExtensionClassesAreRegisteredWithoutConstructors) {
+TEST(HostExtendTest, ExtensionClassesAreRegisteredWithoutConstructorsAndNest) {
   for (OdRxClass* cls : {PropertyPE::desc(), ExtendPE::desc()}) {
     ASSERT_NE(nullptr, cls);
     EXPECT_EQ(OdRxObject::desc(), cls->myParent());
@@ -29,9 +29,8 @@ TEST(HostExtendTest, ExtensionClassesAreRegisteredWithoutConstructors) {
     EXPECT_EQ(nullptr, cls->constructor());
   }
   EXPECT_THROW(PropertyPE::createObject(), OdError);
-}
 
-TEST(HostExtendTest, InitialisationNests) {
+  // Initialisation nests.
   OdRxClass* const registered = PropertyPE::desc();
   odHostExtendInitialize();
   odHostExtendUninitialize();

@@ -45,28 +45,27 @@ protected:
   fs::path path;
 };
 
-TEST_F(ProfileTest, MissingFileSectionOrKeyGivesTheDefault) {
-  EXPECT_EQ(-99, accuracy());
-  writeFile("[display]\ndimAccurity=3\n");
-  EXPECT_EQ(-99, accuracy()) << "the key lives in another section";
-  writeFile("[options]\nprecision=3\n");
-  EXPECT_EQ(-99, accuracy());
-  writeFile("");
-  EXPECT_EQ(5, accuracy(5));
-}
-
-TEST_F(ProfileTest, ValueMustBeAWholeInteger) {
+TEST_F(ProfileTest, ValueMustBeAWholeIntegerInItsSectionAndKey) {
+  EXPECT_EQ(-99, accuracy()) << "no file";
   const char* const read[] = {"3", " 4 ", "-2", "+7", "0", "007", "2147483647", "-2147483648"};
   const int values[] = {3, 4, -2, 7, 0, 7, 2147483647, -2147483647 - 1};
+  for (int i = 0; i < 8; ++i) {
+    writeFile("[options]\ndimAccurity=" + std::string(read[i]) + "\n");
+    EXPECT_EQ(values[i], accuracy()) << read[i];
+  }
   const char* const refused[] = {
       "3x",  "x3",   "1.5", "", "-", "+", "2147483648", "-2147483649", "99999999999999999999",
       "3 4", "0x10", "３"};
-  for (std::size_t i = 0; i < 8 + 12; ++i) {
-    const std::string value = i < 8 ? read[i] : refused[i - 8];
-    SCOPED_TRACE("value \"" + value + "\"");
-    writeFile("[options]\ndimAccurity=" + value + "\n");
-    EXPECT_EQ(i < 8 ? values[i] : -99, accuracy());
+  for (const char* value : refused) {
+    writeFile("[options]\ndimAccurity=" + std::string(value) + "\n");
+    EXPECT_EQ(-99, accuracy()) << value;
   }
+  // The key in another section, another key, an empty file.
+  for (const char* file : {"[display]\ndimAccurity=3\n", "[options]\nprecision=3\n", ""}) {
+    writeFile(file);
+    EXPECT_EQ(-99, accuracy()) << file;
+  }
+  EXPECT_EQ(5, accuracy(5));
 }
 
 TEST_F(ProfileTest, NamesIgnoreLetterCaseAndTheFirstOccurrenceCounts) {
@@ -104,30 +103,13 @@ TEST_F(ProfileTest, WriteCreatesFolderAndFileThenReadsBack) {
 }
 
 TEST_F(ProfileTest, WriteKeepsEveryOtherLine) {
-  writeFile("; comment\n"
-            "[display]\n"
-            "zoom=2\n"
-            "\n"
-            "[OPTIONS]\n"
-            "other=1\n"
-            "DimAccurity = 1\n"
-            "last=8\n"
-            "\n"
-            "[tail]\n"
-            "x=1\n");
+  const std::string before = "; comment\n[display]\nzoom=2\n\n[OPTIONS]\nother=1\n"
+                             "DimAccurity = 1\nlast=8\n\n[tail]\nx=1\n";
+  writeFile(before);
   ASSERT_TRUE(TheApp()->WriteProfileInt(OD_T("options"), OD_T("dimAccurity"), 4));
-  EXPECT_EQ("; comment\n"
-            "[display]\n"
-            "zoom=2\n"
-            "\n"
-            "[OPTIONS]\n"
-            "other=1\n"
-            "DimAccurity=4\n"
-            "last=8\n"
-            "\n"
-            "[tail]\n"
-            "x=1\n",
-            readFile());
+  std::string after = before;
+  after.replace(after.find("DimAccurity = 1"), 15, "DimAccurity=4");
+  EXPECT_EQ(after, readFile());
 
   // A new key goes to the end of its section, before the blank line that separates sections.
   ASSERT_TRUE(TheApp()->WriteProfileInt(OD_T("display"), OD_T("grid"), 10));
@@ -147,11 +129,13 @@ TEST_F(ProfileTest, WriteKeepsEveryOtherLine) {
 
 TEST_F(ProfileTest, WriteRefusesUnusableNamesAndPaths) {
   writeFile("[options]\ndimAccurity=1\n");
-  EXPECT_FALSE(TheApp()->WriteProfileInt(OD_T(""), OD_T("dimAccurity"), 2));
-  EXPECT_FALSE(TheApp()->WriteProfileInt(OD_T("options"), OD_T(""), 2));
-  EXPECT_FALSE(TheApp()->WriteProfileInt(OD_T("options"), OD_T("a=b"), 2));
-  EXPECT_FALSE(TheApp()->WriteProfileInt(OD_T("options"), OD_T("a\nb"), 2));
-  EXPECT_FALSE(TheApp()->WriteProfileInt(OD_T("opt]ions"), OD_T("a"), 2));
+  const std::pair<const char*, const char*> refused[] = {{"", "dimAccurity"},
+                                                         {"options", ""},
+                                                         {"options", "a=b"},
+                                                         {"options", "a\nb"},
+                                                         {"opt]ions", "a"}};
+  for (const auto& [section, key] : refused)
+    EXPECT_FALSE(TheApp()->WriteProfileInt(OdString(section), OdString(key), 2)) << section << key;
   EXPECT_EQ("[options]\ndimAccurity=1\n", readFile());
 
   // A folder where the file should be: nothing can be read or written.

@@ -8,7 +8,8 @@
 
 #include <cmath>
 #include <limits>
-#include <ostream>
+#include <iomanip>
+#include <sstream>
 #include <vector>
 
 namespace {
@@ -19,27 +20,14 @@ public:
   using PropertyPE::setComPropAtt;
 };
 
-/// Everything the common group shows, read straight from the entity.
-struct CommonState {
-  OdUInt32 color;
-  OdString layer;
-  OdString linetype;
-  double linetypeScale;
-  int lineWeight;
-
-  static CommonState of(const OdDbEntity* entity) {
-    return {entity->color().color(), entity->layer(), entity->linetype(), entity->linetypeScale(),
-            static_cast<int>(entity->lineWeight())};
-  }
-  bool operator==(const CommonState& other) const {
-    return color == other.color && layer == other.layer && linetype == other.linetype &&
-           linetypeScale == other.linetypeScale && lineWeight == other.lineWeight;
-  }
-};
-
-std::ostream& operator<<(std::ostream& out, const CommonState& s) {
-  return out << std::hex << s.color << std::dec << " " << s.layer.toUtf8() << " "
-             << s.linetype.toUtf8() << " " << s.linetypeScale << " " << s.lineWeight;
+/// Everything the common group shows, read straight from the entity: colour (hex), layer,
+/// linetype, linetype scale, lineweight.
+std::string stateOf(const OdDbEntity* entity) {
+  std::ostringstream out;
+  out << std::hex << entity->color().color() << std::dec << std::setprecision(17) << " "
+      << entity->layer().toUtf8() << " " << entity->linetype().toUtf8() << " "
+      << entity->linetypeScale() << " " << static_cast<int>(entity->lineWeight());
+  return out.str();
 }
 
 OdVariant intValue(OdInt32 value) {
@@ -82,11 +70,12 @@ TEST_F(PropertyPETest, CommonRowsDescribeTheEntitysCurrentProperties) {
     const char* name;
     const char* tip;
     OdInt32 editorKind;
-  } const expected[] = {{"颜色", "修改颜色", 1},
-                        {"图层", "修改图层", 0},
-                        {"线型", "修改线型", 0},
-                        {"线型比例", "修改线型比例", 0},
-                        {"线宽", "修改线宽", 0}};
+    OdVariant value;
+  } const expected[] = {{"颜色", "修改颜色", 1, OdVariant().setUInt32(0xC3000001u)},
+                        {"图层", "修改图层", 0, textValue("Wall")},
+                        {"线型", "修改线型", 0, textValue("DASHED")},
+                        {"线型比例", "修改线型比例", 0, doubleValue(2.5)},
+                        {"线宽", "修改线宽", 0, intValue(25)}};
   for (int row = 0; row < 5; ++row) {
     SCOPED_TRACE(row);
     const propAttribute attribute = pe.getPropAttributeByeId(entity, 0, row);
@@ -96,61 +85,64 @@ TEST_F(PropertyPETest, CommonRowsDescribeTheEntitysCurrentProperties) {
     EXPECT_TRUE(attribute.editable);
     EXPECT_FALSE(attribute.reserved);
     EXPECT_EQ(expected[row].editorKind, attribute.editorKind);
+    const OdVariant& want = expected[row].value;
+    const OdVariant got = pe.getComPropAtt(entity, row).value;
+    ASSERT_EQ(want.type(), got.type());
+    if (want.type() == OdVariant::kString)
+      EXPECT_EQ(want.getString(), got.getString());
+    else if (want.type() == OdVariant::kDouble)
+      EXPECT_DOUBLE_EQ(want.getDouble(), got.getDouble());
+    else
+      EXPECT_EQ(want.getInt32(), got.getInt32());
   }
 
-  const OdVariant color = pe.getComPropAtt(entity, 0).value;
-  ASSERT_EQ(OdVariant::kUInt32, color.type());
-  EXPECT_EQ(0xC3000001u, color.getUInt32());
-  const OdVariant layer = pe.getComPropAtt(entity, 1).value;
-  ASSERT_EQ(OdVariant::kString, layer.type());
-  EXPECT_EQ(OdString("Wall"), layer.getString());
-  EXPECT_EQ(OdString("DASHED"), pe.getComPropAtt(entity, 2).value.getString());
-  const OdVariant scale = pe.getComPropAtt(entity, 3).value;
-  ASSERT_EQ(OdVariant::kDouble, scale.type());
-  EXPECT_DOUBLE_EQ(2.5, scale.getDouble());
-  const OdVariant lineWeight = pe.getComPropAtt(entity, 4).value;
-  ASSERT_EQ(OdVariant::kInt32, lineWeight.type());
-  EXPECT_EQ(25, lineWeight.getInt32());
+  // The list text names class, handle and the common properties.
+  EXPECT_FALSE(entity->getDbHandle().isNull());
+  EXPECT_EQ((OdString("类名:HostTestEntity\n句柄:") + entity->getDbHandle().ascii() +
+             OdString("\n颜色:索引1\n图层:Wall\n线型:DASHED\n线型比例:2.5000\n线宽:0.25mm"))
+                .toUtf8(),
+            pe.GetListInfo(entity).toUtf8());
+  HostTestEntityPtr loose = HostTestEntity::createObject();
+  OdCmColor orange;
+  orange.setRGB(255, 128, 0);
+  loose->setColor(orange);
+  EXPECT_EQ(std::string("类名:HostTestEntity\n句柄:0\n颜色:RGB(255,128,0)\n图层:0\n线型:ByLayer\n"
+                        "线型比例:1.0000\n线宽:ByLayer"),
+            pe.GetListInfo(loose).toUtf8());
 }
 
 TEST_F(PropertyPETest, SettingACommonRowChangesTheEntity) {
-  // Each set goes through the public entry the grid uses; the next row reads it back.
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, intValue(static_cast<OdInt32>(0xC2102030u)), 0, 0));
-  EXPECT_EQ(0xC2102030u, entity->color().color());
-  EXPECT_EQ(0xC2102030u, pe.getComPropAtt(entity, 0).value.getUInt32());
-
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, textValue("Wall"), 0, 1));
-  EXPECT_EQ(OdString("Wall"), entity->layer());
-  // Layer names are found without regard to letter case; the table's spelling is kept.
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, textValue("0"), 0, 1));
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, textValue("WALL"), 0, 1));
-  EXPECT_EQ(OdString("Wall"), entity->layer());
-
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, textValue("dashed"), 0, 2));
-  EXPECT_EQ(OdString("DASHED"), entity->linetype());
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, textValue("Continuous"), 0, 2));
-  EXPECT_EQ(OdString("Continuous"), entity->linetype());
-
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, doubleValue(0.75), 0, 3));
-  EXPECT_DOUBLE_EQ(0.75, entity->linetypeScale());
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, textValue(" 3.5 "), 0, 3));
-  EXPECT_DOUBLE_EQ(3.5, entity->linetypeScale());
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, textValue("1e1"), 0, 3));
-  EXPECT_DOUBLE_EQ(10.0, entity->linetypeScale());
-
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, intValue(50), 0, 4));
-  EXPECT_EQ(OdDb::kLnWt050, entity->lineWeight());
-  ASSERT_TRUE(pe.setPropAttributeByeId(entity, intValue(-2), 0, 4));
-  EXPECT_EQ(OdDb::kLnWtByBlock, entity->lineWeight());
-  ASSERT_TRUE(pe.setComPropAtt(entity, intValue(-3), 4));
-  EXPECT_EQ(OdDb::kLnWtByLwDefault, entity->lineWeight());
-
-  // kInt32 and kUInt32 are one type code; a colour stored unsigned is taken as well.
-  ASSERT_TRUE(pe.setComPropAtt(entity, OdVariant().setUInt32(0xC3000005u), 0));
-  EXPECT_EQ(0xC3000005u, entity->color().color());
+  // Each set goes through the public entry the grid uses; the entity is then as stated.
   OdInt32 byReference = static_cast<OdInt32>(0xC1000000u);
-  ASSERT_TRUE(pe.setComPropAtt(entity, OdVariant().setInt32Ptr(&byReference), 0));
-  EXPECT_TRUE(entity->color().isByBlock());
+  struct Step {
+    int row;
+    OdVariant value;
+    const char* state; // colour layer linetype scale lineweight
+  } const steps[] = {
+      {0, intValue(static_cast<OdInt32>(0xC2102030u)), "c2102030 0 ByLayer 1 -1"},
+      {1, textValue("Wall"), "c2102030 Wall ByLayer 1 -1"},
+      // Layer and linetype names are found without regard to letter case; the table's
+      // spelling is kept.
+      {1, textValue("0"), "c2102030 0 ByLayer 1 -1"},
+      {1, textValue("WALL"), "c2102030 Wall ByLayer 1 -1"},
+      {2, textValue("dashed"), "c2102030 Wall DASHED 1 -1"},
+      {2, textValue("Continuous"), "c2102030 Wall Continuous 1 -1"},
+      {3, doubleValue(0.75), "c2102030 Wall Continuous 0.75 -1"},
+      {3, textValue(" 3.5 "), "c2102030 Wall Continuous 3.5 -1"},
+      {3, textValue("1e1"), "c2102030 Wall Continuous 10 -1"},
+      {4, intValue(50), "c2102030 Wall Continuous 10 50"},
+      {4, intValue(-2), "c2102030 Wall Continuous 10 -2"},
+      {4, intValue(-3), "c2102030 Wall Continuous 10 -3"},
+      // kInt32 and kUInt32 are one type code; a colour stored unsigned is taken as well.
+      {0, OdVariant().setUInt32(0xC3000005u), "c3000005 Wall Continuous 10 -3"},
+      {0, OdVariant().setInt32Ptr(&byReference), "c1000000 Wall Continuous 10 -3"},
+  };
+  for (const Step& step : steps) {
+    SCOPED_TRACE(step.state);
+    ASSERT_TRUE(pe.setPropAttributeByeId(entity, step.value, 0, step.row));
+    EXPECT_EQ(step.state, stateOf(entity));
+  }
+  EXPECT_EQ(0xC1000000u, pe.getComPropAtt(entity, 0).value.getUInt32());
 }
 
 TEST_F(PropertyPETest, RefusedValuesLeaveTheEntityUnchanged) {
@@ -174,17 +166,17 @@ TEST_F(PropertyPETest, RefusedValuesLeaveTheEntityUnchanged) {
       {doubleValue(25.0), textValue("25"), intValue(7), intValue(212), intValue(-4),
        OdVariant().setInt32Array(lineWeights)},
   };
-  const CommonState before = CommonState::of(entity);
+  const std::string before = stateOf(entity);
   for (int row = 0; row < 5; ++row)
     for (std::size_t i = 0; i < refused[row].size(); ++i) {
       SCOPED_TRACE(testing::Message() << "row " << row << " value " << i);
       EXPECT_FALSE(pe.setPropAttributeByeId(entity, refused[row][i], 0, row));
-      EXPECT_EQ(before, CommonState::of(entity));
+      EXPECT_EQ(before, stateOf(entity));
     }
 }
 
-TEST_F(PropertyPETest, RowsGroupsAndEntitiesOutsideTheCommonOnes) {
-  const CommonState before = CommonState::of(entity);
+TEST_F(PropertyPETest, OnlyTheCommonGroupAndItsRowsExist) {
+  const std::string before = stateOf(entity);
   for (int row : {5, 6, 100}) {
     SCOPED_TRACE(row);
     const propAttribute attribute = pe.getComPropAtt(entity, row);
@@ -204,7 +196,7 @@ TEST_F(PropertyPETest, RowsGroupsAndEntitiesOutsideTheCommonOnes) {
     EXPECT_TRUE(pe.getPropAttributeByeId(entity, group, 0).name.isEmpty());
     EXPECT_TRUE(pe.setPropAttributeByeId(entity, intValue(25), group, 4));
   }
-  EXPECT_EQ(before, CommonState::of(entity));
+  EXPECT_EQ(before, stateOf(entity));
   // Without an entity: empty records and refusals.
   for (int row = 0; row < 5; ++row) {
     EXPECT_EQ(OdVariant::kVoid, pe.getPropAttributeByeId(nullptr, 0, row).value.type()) << row;
@@ -212,29 +204,8 @@ TEST_F(PropertyPETest, RowsGroupsAndEntitiesOutsideTheCommonOnes) {
   }
   EXPECT_TRUE(pe.getEntityName(nullptr).isEmpty());
   EXPECT_TRUE(pe.GetListInfo(nullptr).isEmpty());
-}
 
-TEST_F(PropertyPETest, ReadOnlyAndFreeStandingEntities) {
-  const OdDbObjectId id = entity->objectId();
-  entity = nullptr;
-  OdDbEntityPtr reader = id.safeOpenObject(OdDb::kForRead);
-  const CommonState before = CommonState::of(reader);
-  EXPECT_FALSE(pe.setPropAttributeByeId(reader, doubleValue(4.0), 0, 3));
-  EXPECT_FALSE(pe.setPropAttributeByeId(reader, textValue("Wall"), 0, 1));
-  EXPECT_EQ(before, CommonState::of(reader));
-  EXPECT_EQ(OdString("0"), pe.getComPropAtt(reader, 1).value.getString());
-
-  // A free-standing entity takes all but the named rows, which mean something only in a drawing.
-  HostTestEntityPtr loose = HostTestEntity::createObject();
-  EXPECT_TRUE(pe.setComPropAtt(loose, doubleValue(2.0), 3));
-  EXPECT_DOUBLE_EQ(2.0, loose->linetypeScale());
-  EXPECT_TRUE(pe.setComPropAtt(loose, intValue(13), 4));
-  EXPECT_EQ(OdDb::kLnWt013, loose->lineWeight());
-  EXPECT_FALSE(pe.setComPropAtt(loose, textValue("0"), 1));
-  EXPECT_FALSE(pe.setComPropAtt(loose, textValue("Continuous"), 2));
-}
-
-TEST_F(PropertyPETest, GroupsAndNeutralOperations) {
+  // One group, the common one, and neutral answers from the other operations.
   EXPECT_EQ(1, pe.getPropertyCount());
   const entityProperty common = pe.getPropertyByeId(entity, 0);
   EXPECT_EQ(1, common.flag);
@@ -260,27 +231,24 @@ TEST_F(PropertyPETest, GroupsAndNeutralOperations) {
   EXPECT_EQ(OdString("HostTestEntity"), pe.getEntityName(entity));
 }
 
-TEST_F(PropertyPETest, ListTextNamesClassHandleAndCommonProperties) {
-  OdCmColor color;
-  color.setRGB(255, 128, 0);
-  entity->setColor(color);
-  entity->setLayer(OD_T("Wall"));
-  entity->setLinetype(OD_T("DASHED"));
-  entity->setLinetypeScale(2.5);
-  entity->setLineWeight(OdDb::kLnWt025);
-  const OdString expected = OdString("类名:HostTestEntity\n句柄:") + entity->getDbHandle().ascii() +
-                            OdString("\n颜色:RGB(255,128,0)\n图层:Wall\n线型:DASHED\n"
-                                     "线型比例:2.5000\n线宽:0.25mm");
-  EXPECT_EQ(expected.toUtf8(), pe.GetListInfo(entity).toUtf8());
-  EXPECT_FALSE(entity->getDbHandle().isNull());
+TEST_F(PropertyPETest, ReadOnlyAndFreeStandingEntities) {
+  const OdDbObjectId id = entity->objectId();
+  entity = nullptr;
+  OdDbEntityPtr reader = id.safeOpenObject(OdDb::kForRead);
+  const std::string before = stateOf(reader);
+  EXPECT_FALSE(pe.setPropAttributeByeId(reader, doubleValue(4.0), 0, 3));
+  EXPECT_FALSE(pe.setPropAttributeByeId(reader, textValue("Wall"), 0, 1));
+  EXPECT_EQ(before, stateOf(reader));
+  EXPECT_EQ(OdString("0"), pe.getComPropAtt(reader, 1).value.getString());
 
+  // A free-standing entity takes all but the named rows, which mean something only in a drawing.
   HostTestEntityPtr loose = HostTestEntity::createObject();
-  OdCmColor index;
-  index.setColorIndex(3);
-  loose->setColor(index);
-  EXPECT_EQ(std::string("类名:HostTestEntity\n句柄:0\n颜色:索引3\n图层:0\n线型:ByLayer\n"
-                        "线型比例:1.0000\n线宽:ByLayer"),
-            pe.GetListInfo(loose).toUtf8());
+  EXPECT_TRUE(pe.setComPropAtt(loose, doubleValue(2.0), 3));
+  EXPECT_DOUBLE_EQ(2.0, loose->linetypeScale());
+  EXPECT_TRUE(pe.setComPropAtt(loose, intValue(13), 4));
+  EXPECT_EQ(OdDb::kLnWt013, loose->lineWeight());
+  EXPECT_FALSE(pe.setComPropAtt(loose, textValue("0"), 1));
+  EXPECT_FALSE(pe.setComPropAtt(loose, textValue("Continuous"), 2));
 }
 
 } // namespace

@@ -66,27 +66,27 @@ TEST_F(PropertyContract, ClassesDerivedFromTheExtensionsClassAreAccepted) {
                OdError_NotThatKindOfClass);
 }
 
-TEST_F(PropertyContract, DimensionMenuCopiesTheHostEntriesInOrderAndSkipsMissingIds) {
-  PropertyPEPtr pe = extensionOf(OD_T("OdDbDimCoor"));
+TEST_F(PropertyContract, DimensionMenusCopyTheHostEntriesInOrderAndSkipMissingIds) {
   const std::vector<int> saved = vdimMenus;
   const int missing = 987654;
   ASSERT_EQ(g_mapAllRMenu.count(missing), 0u);
   vdimMenus.insert(vdimMenus.begin() + static_cast<long>(vdimMenus.size() / 2), missing);
-
-  std::vector<EntMenuData> menus;
-  EXPECT_TRUE(pe->GetRMenus(menus));
   std::vector<int> expected;
   for (int id : saved)
     if (g_mapAllRMenu.count(id))
       expected.push_back(id);
-  std::vector<int> got;
-  for (const EntMenuData& entry : menus) {
-    got.push_back(entry.id);
-    EXPECT_EQ(entry.text, g_mapAllRMenu.at(entry.id).text);
+  EXPECT_FALSE(expected.empty());
+  for (const char16_t* name : {u"OdDbDimCoor", u"OdDbNewDimCoor"}) {
+    std::vector<EntMenuData> menus;
+    EXPECT_TRUE(extensionOf(name)->GetRMenus(menus));
+    std::vector<int> got;
+    for (const EntMenuData& entry : menus) {
+      got.push_back(entry.id);
+      EXPECT_EQ(entry.text, g_mapAllRMenu.at(entry.id).text);
+    }
+    EXPECT_EQ(got, expected) << utf8(name);
   }
   vdimMenus = saved;
-  EXPECT_FALSE(expected.empty());
-  EXPECT_EQ(got, expected);
 
   // An extension without a menu of its own offers none.
   std::vector<EntMenuData> none;

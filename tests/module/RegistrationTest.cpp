@@ -47,13 +47,4 @@ TEST_F(RegistrationTest, RunTimeParentOfTheQuantityTableIsTheObjectWhileItIsAnEn
   EXPECT_FALSE(OdDbEntity::cast(table).isNull());
 }
 
-TEST_F(RegistrationTest, FurtherPipeKindsAreDefinedButNotRegistered) {
-  for (const char16_t* name :
-       {u"DecorationDuct", u"DecorationDuctSmoke", u"DecorationPipeAirConditionWater",
-        u"DecorationPipeDirty", u"DecorationPipeGas", u"DecorationWireAirConditionPower",
-        u"DecorationWireLight", u"DecorationWireNET", u"DecorationWireTEL", u"DecorationWireTV"})
-    EXPECT_EQ(odrxGetClass(name), nullptr) << utf8(name);
-  EXPECT_EQ(odrxClassByDxfName(OD_T("DECORATIONDUCT")), nullptr);
-}
-
 } // namespace

@@ -33,13 +33,6 @@ RenderOptions sizedOptions(int width, int height, double margin) {
   return options;
 }
 
-void expectNumbers(const std::vector<double>& expected, const std::vector<double>& actual,
-                   double tolerance = 1e-3) {
-  ASSERT_EQ(expected.size(), actual.size());
-  for (std::size_t i = 0; i < expected.size(); ++i)
-    EXPECT_NEAR(expected[i], actual[i], tolerance) << "number " << i;
-}
-
 bool contains(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
@@ -90,41 +83,53 @@ protected:
   OdDbDatabasePtr m_db;
 };
 
-TEST_F(DrawingRendererTest, EachEntityIsOnePathInItsResolvedColour) {
+TEST_F(DrawingRendererTest, EachEntityIsOnePathInItsResolvedColourAndLineweight) {
   const OdDbObjectId cyanLayer = addLayer(OD_T("Cyan"), [](OdDbLayerTableRecord* layer) {
     layer->setColor(OdCmColor(OdCmEntityColor(0, 255, 255)));
   });
+  const OdDbObjectId heavyLayer = addLayer(
+      OD_T("Heavy"), [](OdDbLayerTableRecord* layer) { layer->setLineWeight(OdDb::kLnWt100); });
+  const double mm = 96.0 / 25.4;
+  // Lineweights widen strokes but never below the default width, 1.5 pixels here.
   struct Case {
     const char* name;
     std::function<void(OdDbEntity*)> dress;
     const char* stroke;
+    double width;
   };
   const std::vector<Case> cases = {
-      {"ACI 1", [](OdDbEntity* e) { e->setColorIndex(1); }, "#ff0000"},
-      {"ACI 3", [](OdDbEntity* e) { e->setColorIndex(3); }, "#00ff00"},
-      {"ACI 5", [](OdDbEntity* e) { e->setColorIndex(5); }, "#0000ff"},
-      {"ACI 30", [](OdDbEntity* e) { e->setColorIndex(30); }, "#ff7f00"},
-      {"ACI 7 on white", [](OdDbEntity* e) { e->setColorIndex(7); }, "#000000"},
+      {"ACI 1", [](OdDbEntity* e) { e->setColorIndex(1); }, "#ff0000", 1.5},
+      {"ACI 3", [](OdDbEntity* e) { e->setColorIndex(3); }, "#00ff00", 1.5},
+      {"ACI 5", [](OdDbEntity* e) { e->setColorIndex(5); }, "#0000ff", 1.5},
+      {"ACI 30", [](OdDbEntity* e) { e->setColorIndex(30); }, "#ff7f00", 1.5},
+      {"ACI 7 on white", [](OdDbEntity* e) { e->setColorIndex(7); }, "#000000", 1.5},
       {"true colour",
        [](OdDbEntity* e) {
          OdCmColor color;
          color.setRGB(10, 200, 30);
          e->setColor(color);
        },
-       "#0ac81e"},
-      {"by layer", [&](OdDbEntity* e) { e->setLayer(cyanLayer); }, "#00ffff"},
-      {"by layer on layer 0", [](OdDbEntity* e) { e->setColorIndex(256); }, "#000000"},
-      {"by block", [](OdDbEntity* e) { e->setColorIndex(0); }, "#000000"},
+       "#0ac81e", 1.5},
+      {"colour by layer", [&](OdDbEntity* e) { e->setLayer(cyanLayer); }, "#00ffff", 1.5},
+      {"colour by layer 0", [](OdDbEntity* e) { e->setColorIndex(256); }, "#000000", 1.5},
+      {"colour by block", [](OdDbEntity* e) { e->setColorIndex(0); }, "#000000", 1.5},
+      {"0.00 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt000); }, "#000000", 1.5},
+      {"0.13 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt013); }, "#000000", 1.5},
+      {"0.80 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt080); }, "#000000", 0.8 * mm},
+      {"2.11 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt211); }, "#000000", 2.11 * mm},
+      {"by layer 1.00 mm", [&](OdDbEntity* e) { e->setLayer(heavyLayer); }, "#000000", 1.0 * mm},
+      {"lineweight by block", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWtByBlock); },
+       "#000000", 1.5},
   };
   double y = 0.0;
   for (const Case& item : cases) {
-    OdDbLinePtr line = addLine(OdGePoint3d(0.0, y, 0.0), OdGePoint3d(50.0, y, 0.0));
-    item.dress(line.get());
+    item.dress(addLine(OdGePoint3d(0.0, y, 0.0), OdGePoint3d(50.0, y, 0.0)).get());
     y += 10.0;
   }
-
+  RenderOptions options;
+  options.lineWidth = 1.5;
   RenderResult result;
-  const std::vector<SvgElement> primitives = svgPrimitives(svg(RenderOptions(), &result));
+  const std::vector<SvgElement> primitives = svgPrimitives(svg(options, &result));
   ASSERT_EQ(cases.size(), primitives.size());
   EXPECT_EQ(cases.size(), result.primitives);
   EXPECT_EQ(cases.size(), result.entitiesDrawn);
@@ -133,6 +138,7 @@ TEST_F(DrawingRendererTest, EachEntityIsOnePathInItsResolvedColour) {
     EXPECT_EQ("path", primitives[i].tag);
     EXPECT_EQ(cases[i].stroke, primitives[i].attribute("stroke"));
     EXPECT_EQ("none", primitives[i].attribute("fill"));
+    EXPECT_NEAR(cases[i].width, std::stod(primitives[i].attribute("stroke-width")), 1e-3);
   }
 }
 
@@ -162,30 +168,6 @@ TEST_F(DrawingRendererTest, FixedScaleMakesThePictureAsLargeAsTheDrawing) {
   expectNumbers({5.0, 55.0, 105.0, 5.0}, numbersIn(svgElement(document, "path").attribute("d")));
 }
 
-TEST_F(DrawingRendererTest, DarkBackgroundDrawsTheForegroundWhite) {
-  addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(10.0, 0.0, 0.0))->setColorIndex(7);
-  addLine(OdGePoint3d(0.0, 1.0, 0.0), OdGePoint3d(10.0, 1.0, 0.0))->setColorIndex(0);
-  addLine(OdGePoint3d(0.0, 2.0, 0.0), OdGePoint3d(10.0, 2.0, 0.0))->setColorIndex(1);
-  struct Case {
-    Background background;
-    const char* foreground;
-  };
-  for (const Case& item :
-       {Case{Background::kWhite, "#000000"}, Case{Background::kDark, "#ffffff"}}) {
-    RenderOptions options;
-    options.background = item.background;
-    const std::string document = svg(options);
-    const std::vector<SvgElement> primitives = svgPrimitives(document);
-    ASSERT_EQ(3u, primitives.size());
-    EXPECT_EQ(item.foreground, primitives[0].attribute("stroke"));
-    EXPECT_EQ(item.foreground, primitives[1].attribute("stroke"));
-    EXPECT_EQ("#ff0000", primitives[2].attribute("stroke"));
-    const std::string background = svgElement(document, "rect").attribute("fill");
-    EXPECT_NE(item.foreground, background);
-    EXPECT_EQ(item.background == Background::kWhite, background == "#ffffff");
-  }
-}
-
 TEST_F(DrawingRendererTest, HiddenEntitiesAreNeitherDrawnNorFitted) {
   const OdDbObjectId offLayer =
       addLayer(OD_T("Off"), [](OdDbLayerTableRecord* layer) { layer->setIsOff(true); });
@@ -206,39 +188,6 @@ TEST_F(DrawingRendererTest, HiddenEntitiesAreNeitherDrawnNorFitted) {
   expectNumbers({10.0, 110.0, 210.0, 10.0}, numbersIn(primitives[0].attribute("d")));
 }
 
-TEST_F(DrawingRendererTest, LineweightsWidenStrokesButNeverBelowTheDefaultWidth) {
-  const OdDbObjectId heavyLayer = addLayer(
-      OD_T("Heavy"), [](OdDbLayerTableRecord* layer) { layer->setLineWeight(OdDb::kLnWt100); });
-  const double pixelsPerMm = 96.0 / 25.4;
-  struct Case {
-    const char* name;
-    std::function<void(OdDbEntity*)> dress;
-    double width;
-  };
-  const std::vector<Case> cases = {
-      {"0.00 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt000); }, 1.5},
-      {"0.13 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt013); }, 1.5},
-      {"0.80 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt080); }, 0.8 * pixelsPerMm},
-      {"2.11 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt211); }, 2.11 * pixelsPerMm},
-      {"by layer 1.00 mm", [&](OdDbEntity* e) { e->setLayer(heavyLayer); }, 1.0 * pixelsPerMm},
-      {"by layer default", [](OdDbEntity*) {}, 1.5},
-      {"by block", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWtByBlock); }, 1.5},
-  };
-  double y = 0.0;
-  for (const Case& item : cases) {
-    item.dress(addLine(OdGePoint3d(0.0, y, 0.0), OdGePoint3d(50.0, y, 0.0)).get());
-    y += 10.0;
-  }
-  RenderOptions options;
-  options.lineWidth = 1.5;
-  const std::vector<SvgElement> primitives = svgPrimitives(svg(options));
-  ASSERT_EQ(cases.size(), primitives.size());
-  for (std::size_t i = 0; i < cases.size(); ++i) {
-    SCOPED_TRACE(cases[i].name);
-    EXPECT_NEAR(cases[i].width, std::stod(primitives[i].attribute("stroke-width")), 1e-3);
-  }
-}
-
 TEST_F(DrawingRendererTest, EmptyDrawingGivesABlankPictureOfTheRequestedSize) {
   addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(1.0, 1.0, 0.0))->setVisibility(OdDb::kInvisible);
   const RenderOptions options = sizedOptions(64, 48, 4.0);
@@ -255,41 +204,53 @@ TEST_F(DrawingRendererTest, EmptyDrawingGivesABlankPictureOfTheRequestedSize) {
   const RenderResult written = DrawingRenderer(options).renderPng(m_db.get(), png);
   ASSERT_TRUE(written.ok) << written.error;
   EXPECT_FALSE(written.notes.empty());
-  std::uint32_t width = 0, height = 0;
-  ASSERT_TRUE(readPngSize(png, width, height));
-  EXPECT_EQ(64u, width);
-  EXPECT_EQ(48u, height);
   PngPixels pixels;
   ASSERT_TRUE(readPngPixels(png, pixels));
+  EXPECT_EQ(64, pixels.width);
+  EXPECT_EQ(48, pixels.height);
   EXPECT_EQ(0xFFFFFFu, pixels.at(32, 24));
 }
 
-TEST_F(DrawingRendererTest, PngHasTheRequestedSizeAndTheDrawnColours) {
-  // A horizontal red line across the middle, a blue one down the left edge.
+TEST_F(DrawingRendererTest, BackgroundDecidesTheForegroundInSvgAndPng) {
+  // A red line across the middle, a blue one down the left edge, foreground and by-block lines
+  // near the top.
   addLine(OdGePoint3d(0.0, 50.0, 0.0), OdGePoint3d(200.0, 50.0, 0.0))->setColorIndex(1);
   addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(0.0, 100.0, 0.0))->setColorIndex(5);
+  addLine(OdGePoint3d(50.0, 80.0, 0.0), OdGePoint3d(150.0, 80.0, 0.0))->setColorIndex(7);
+  addLine(OdGePoint3d(50.0, 70.0, 0.0), OdGePoint3d(150.0, 70.0, 0.0))->setColorIndex(0);
   struct Case {
     Background background;
-    std::uint32_t backgroundPixel;
+    const char* foreground;
+    std::uint32_t foregroundPixel, backgroundPixel;
   };
-  for (const Case& item :
-       {Case{Background::kWhite, 0xFFFFFFu}, Case{Background::kDark, 0x212830u}}) {
+  for (const Case& item : {Case{Background::kWhite, "#000000", 0x000000u, 0xFFFFFFu},
+                           Case{Background::kDark, "#ffffff", 0xFFFFFFu, 0x212830u}}) {
+    SCOPED_TRACE(item.foreground);
     RenderOptions options = sizedOptions(220, 120, 10.0);
     options.lineWidth = 3.0;
     options.background = item.background;
+    const std::string document = svg(options);
+    const std::vector<SvgElement> primitives = svgPrimitives(document);
+    ASSERT_EQ(4u, primitives.size());
+    EXPECT_EQ("#ff0000", primitives[0].attribute("stroke"));
+    EXPECT_EQ(item.foreground, primitives[2].attribute("stroke"));
+    EXPECT_EQ(item.foreground, primitives[3].attribute("stroke"));
+    const std::string background = svgElement(document, "rect").attribute("fill");
+    EXPECT_NE(item.foreground, background);
+    EXPECT_EQ(item.background == Background::kWhite, background == "#ffffff");
+
     const std::string png = temporaryPath("lines.png");
     const RenderResult result = DrawingRenderer(options).renderPng(m_db.get(), png);
     ASSERT_TRUE(result.ok) << result.error;
-    EXPECT_EQ(2u, result.primitives);
-    std::uint32_t width = 0, height = 0;
-    ASSERT_TRUE(readPngSize(png, width, height));
-    EXPECT_EQ(220u, width);
-    EXPECT_EQ(120u, height);
-    // World (100, 50) is pixel (110, 60); world (0, 20) is pixel (10, 90).
+    EXPECT_EQ(4u, result.primitives);
     PngPixels pixels;
     ASSERT_TRUE(readPngPixels(png, pixels));
+    EXPECT_EQ(220, pixels.width);
+    EXPECT_EQ(120, pixels.height);
+    // World (100, 50) is pixel (110, 60); (0, 20) is (10, 90); (100, 80) is (110, 30).
     EXPECT_EQ(0xFF0000u, pixels.at(110, 60));
     EXPECT_EQ(0x0000FFu, pixels.at(10, 90));
+    EXPECT_EQ(item.foregroundPixel, pixels.at(110, 30));
     EXPECT_EQ(item.backgroundPixel, pixels.at(110, 90));
   }
 }

@@ -77,22 +77,11 @@ std::vector<double> numbersIn(const std::string& text) {
   return numbers;
 }
 
-bool readPngSize(const std::string& path, std::uint32_t& width, std::uint32_t& height) {
-  std::ifstream file(path, std::ios::binary);
-  unsigned char header[24] = {};
-  if (!file.read(reinterpret_cast<char*>(header), sizeof header))
-    return false;
-  static const unsigned char kSignature[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-  if (!std::equal(kSignature, kSignature + 8, header) ||
-      std::string(header + 12, header + 16) != std::string("IHDR"))
-    return false;
-  auto bigEndian = [&](int at) {
-    return (std::uint32_t(header[at]) << 24) | (std::uint32_t(header[at + 1]) << 16) |
-           (std::uint32_t(header[at + 2]) << 8) | std::uint32_t(header[at + 3]);
-  };
-  width = bigEndian(16);
-  height = bigEndian(20);
-  return true;
+void expectNumbers(const std::vector<double>& expected, const std::vector<double>& actual,
+                   double tolerance) {
+  ASSERT_EQ(expected.size(), actual.size());
+  for (std::size_t i = 0; i < expected.size(); ++i)
+    EXPECT_NEAR(expected[i], actual[i], tolerance) << "number " << i;
 }
 
 std::uint32_t PngPixels::at(int x, int y) const {

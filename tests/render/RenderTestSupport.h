@@ -47,8 +47,10 @@ SvgElement svgElement(const std::string& svg, const std::string& tag);
 /// The numbers of a path's d or a polygon's points attribute, in order.
 std::vector<double> numbersIn(const std::string& text);
 
-/// The width and height a PNG file's IHDR chunk states; false when the file is not a PNG.
-bool readPngSize(const std::string& path, std::uint32_t& width, std::uint32_t& height);
+/// Expects the numbers one by one within the tolerance.
+void expectNumbers(const std::vector<double>& expected, const std::vector<double>& actual,
+                   double tolerance = 1e-3);
+
 /// A PNG file's pixels as 0xRRGGBB, read back through cairo.
 struct PngPixels {
   int width = 0;

@@ -10,7 +10,6 @@ namespace {
 using custents::render::fitView;
 using custents::render::PixelPoint;
 using custents::render::PlanBox;
-using custents::render::viewAtScale;
 using custents::render::ViewTransform;
 
 void expectPixel(double x, double y, const PixelPoint& actual) {
@@ -45,15 +44,6 @@ TEST(ViewFit, FitsTheBoxCentredWithTheMarginAndSquarePixels) {
     expectPixel(item.lowerLeft.x, item.lowerLeft.y, view.toPixels(item.box.minX, item.box.minY));
     expectPixel(item.upperRight.x, item.upperRight.y, view.toPixels(item.box.maxX, item.box.maxY));
   }
-}
-
-TEST(ViewFit, FixedScalePutsTheBoxAtTheLowerLeftMargin) {
-  const ViewTransform view = viewAtScale(PlanBox{10, 10, 60, 35}, 60, 2.0, 5.0);
-  EXPECT_EQ(2.0, view.scale);
-  expectPixel(5, 55, view.toPixels(10, 10));
-  expectPixel(105, 5, view.toPixels(60, 35));
-  // Vectors scale and flip but do not move.
-  expectPixel(2, -4, view.vectorToPixels(1, 2));
 }
 
 } // namespace

@@ -4,8 +4,6 @@
 
 #include "survey/OdDbGeoPolygon.h"
 
-#include "DbLine.h"
-#include "Gi/GiRecorder.h"
 #include "OdError.h"
 
 #include "GeoPolygonTestSupport.h"
@@ -34,6 +32,13 @@ OdGePoint3d regularVertex(OdInt32 sides, int i) {
   return kCenter + OdGeVector3d(5 * std::cos(angle), 5 * std::sin(angle), 0);
 }
 
+std::vector<OdGePoint3d> regularVertices(OdInt32 sides) {
+  std::vector<OdGePoint3d> vertices;
+  for (int i = 0; i < sides; ++i)
+    vertices.push_back(regularVertex(sides, i));
+  return vertices;
+}
+
 /// A polygon whose fields are exact binary values: vertices (1,2), (5,2), (1,6), centre (1,2)
 /// and start vertex at the origin (a translation leaves it behind).
 OdDbGeoPolygonPtr exactPolygon() {
@@ -55,18 +60,14 @@ TEST(GeoPolygon, ConstructionBuildsRegularPolygonsCounterClockwiseFromTheStartVe
   EXPECT_TRUE(samePoint(centred->getCenterPt(), kCenter));
   EXPECT_TRUE(samePoint(centred->getStartPt(), OdGePoint3d::kOrigin));
 
-  const OdInt32 sides = 6;
-  OdDbGeoPolygonPtr p = newPolygon(sides);
-  const OdGePoint3dArray pts = p->getPts();
-  ASSERT_EQ(pts.size(), static_cast<unsigned int>(sides));
-  for (int i = 0; i < sides; ++i)
-    EXPECT_TRUE(samePoint(pts[i], regularVertex(sides, i))) << i;
+  OdDbGeoPolygonPtr p = newPolygon(6);
+  expectPoints(p->getPts(), regularVertices(6));
   EXPECT_TRUE(samePoint(p->getStartPt(), kCenter + OdGeVector3d(3, 4, 0)));
-  EXPECT_EQ(p->GetVertexNub(), sides);
+  EXPECT_EQ(p->GetVertexNub(), 6);
   EXPECT_NEAR(p->GetAngel(), 60.0, 1e-9);
   double area = -1;
   ASSERT_EQ(p->getArea(area), eOk);
-  EXPECT_NEAR(area, sides * 25.0 / 2 * std::sin(2 * OdaPI / sides), 1e-9);
+  EXPECT_NEAR(area, 6 * 25.0 / 2 * std::sin(2 * OdaPI / 6), 1e-9);
 
   // init sets centre and start but keeps the vertices.
   const OdGePoint3dArray before = p->getVertexList();
@@ -84,8 +85,8 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStandsOrRefusesUnusableCou
   struct Case {
     double requested;
     OdInt32 sides; // -1: refused, the six sides stay
-  } cases[] = {{4.9, 4},  {1.0, 1},  {0.0, 0},   {0.7, 0},      {-2.5, -2},
-               {nan, 99}, {inf, 99}, {-inf, 99}, {32768.0, 99}, {-40000.0, 99}};
+  } cases[] = {{4.9, 4},       {1.0, 1},  {0.0, 0},  {0.7, 0},   {-2.5, -2},    {-32768.0, -32768},
+               {-32769.0, 99}, {nan, 99}, {inf, 99}, {-inf, 99}, {32768.0, 99}, {-40000.0, 99}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.requested);
     OdDbGeoPolygonPtr p = newPolygon(6);
@@ -97,19 +98,14 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStandsOrRefusesUnusableCou
     }
     p->SetVertexNub(c.requested);
     EXPECT_EQ(p->GetVertexNub(), c.sides);
-    const OdGePoint3dArray pts = p->getVertexList();
-    ASSERT_EQ(pts.size(), static_cast<unsigned int>(std::max(c.sides, 0)));
-    for (int i = 0; i < c.sides; ++i)
-      EXPECT_TRUE(samePoint(pts[i], regularVertex(c.sides, i))) << i;
+    expectPoints(p->getVertexList(), regularVertices(c.sides));
   }
 }
 
 TEST(GeoPolygon, NoSidesOrMoreSidesThanVerticesDrawNothing) {
   OdDbGeoPolygonPtr p = newPolygon(6);
   p->SetVertexNub(0);
-  OdGiRecorder recorder;
-  EXPECT_TRUE(p->worldDraw(&recorder));
-  EXPECT_TRUE(recorder.records().empty());
+  EXPECT_TRUE(polygontest::drawn(p).empty());
   OdRxObjectPtrArray pieces;
   EXPECT_EQ(p->explode(pieces), eOk);
   EXPECT_TRUE(pieces.isEmpty());
@@ -117,8 +113,7 @@ TEST(GeoPolygon, NoSidesOrMoreSidesThanVerticesDrawNothing) {
 
   p = newPolygon(4);
   p->init(kCenter, 6); // six sides, four vertices kept
-  EXPECT_TRUE(p->worldDraw(&recorder));
-  EXPECT_TRUE(recorder.records().empty());
+  EXPECT_TRUE(polygontest::drawn(p).empty());
   double area = 123.0;
   EXPECT_EQ(p->getArea(area), eOk);
   EXPECT_EQ(area, 123.0);
@@ -133,12 +128,8 @@ TEST(GeoPolygon, NoSidesOrMoreSidesThanVerticesDrawNothing) {
   // Fewer sides than vertices: the first ones count, but the outline is not drawn.
   p->init(kCenter, 3);
   EXPECT_EQ(p->getPts().size(), 3u);
-  p->worldDraw(&recorder);
-  EXPECT_TRUE(recorder.records().empty());
+  EXPECT_TRUE(polygontest::drawn(p).empty());
 }
-
-// ---------------------------------------------------------------------------------------------
-// Filing
 
 TEST(GeoPolygon, DwgWritesNoMoreVerticesThanBothTheListAndTheSideCountHold) {
   OdDbGeoPolygonPtr source = newPolygon(4);
@@ -207,19 +198,25 @@ TEST(GeoPolygon, ReadsOnlyVersionOneAndOnlyCountsTheStreamCanHold) {
   }
 }
 
-// ---------------------------------------------------------------------------------------------
-// Drawing and editing
-
-TEST(GeoPolygon, DrawsOneClosedPolylineThroughItsVertices) {
-  OdDbGeoPolygonPtr p = newPolygon(6);
+TEST(GeoPolygon, DrawsOneClosedPolylineAndExplodesIntoOneLinePerSide) {
+  OdDbGeoPolygonPtr p = newPolygon(5);
   p->transformBy(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 4))); // drawn at z 0 all the same
-  OdGiRecorder recorder;
-  EXPECT_TRUE(p->worldDraw(&recorder));
-  ASSERT_EQ(recorder.records().size(), 1u);
-  const std::vector<OdGePoint3d>& points = recorder.records()[0].points;
-  ASSERT_EQ(points.size(), 7u);
-  for (int i = 0; i < 7; ++i)
-    EXPECT_TRUE(samePoint(points[i], regularVertex(6, i % 6))) << i;
+  const std::vector<OdGiRecord> records = polygontest::drawn(p);
+  ASSERT_EQ(records.size(), 1u);
+  std::vector<OdGePoint3d> outline = regularVertices(5);
+  polygontest::Segments sides;
+  for (int i = 0; i < 5; ++i)
+    sides.push_back({outline[i], outline[(i + 1) % 5]});
+  outline.push_back(outline[0]);
+  polygontest::expectPoints(records[0].points, outline);
+
+  OdRxObjectPtrArray pieces;
+  ASSERT_EQ(newPolygon(5)->explode(pieces), eOk);
+  EXPECT_EQ(pieces.size(), 5u);
+  polygontest::expectLines(pieces, sides);
+  pieces.clear();
+  EXPECT_EQ(newPolygon(2)->explode(pieces), eOk);
+  EXPECT_TRUE(pieces.isEmpty());
 }
 
 TEST(GeoPolygon, TransformLeavesStartAndRadiusForTheNextRebuild) {
@@ -243,63 +240,36 @@ TEST(GeoPolygon, TransformLeavesStartAndRadiusForTheNextRebuild) {
   EXPECT_TRUE(samePoint(p->getPts()[0], movedCenter + OdGeVector3d(3, 4, 0)));
 }
 
-TEST(GeoPolygon, GripsAreTheVerticesThenTheCentreWhichMovesEverything) {
-  const OdInt32 sides = 6;
-  OdDbGeoPolygonPtr p = newPolygon(sides);
+TEST(GeoPolygon, GripsAreTheVerticesThenTheCentreWhichMovesEverythingStretchVerticesOnly) {
+  OdDbGeoPolygonPtr p = newPolygon(6);
+  std::vector<OdGePoint3d> expected = regularVertices(6);
   const OdDbGripDataPtrArray grips = polygontest::gripsOf(p);
   ASSERT_EQ(grips.size(), 7u);
   for (unsigned int i = 0; i < 7; ++i) {
-    EXPECT_TRUE(samePoint(grips[i]->gripPoint(), i < 6 ? regularVertex(6, i) : kCenter));
+    EXPECT_TRUE(samePoint(grips[i]->gripPoint(), i < 6 ? expected[i] : kCenter));
     EXPECT_EQ(polygontest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
   }
+  OdGePoint3dArray points;
+  ASSERT_EQ(p->getStretchPoints(points), eOk);
+  expectPoints(points, expected);
 
   const OdGeVector3d v(2, -1, 0);
   const OdGePoint3d start = p->getStartPt();
   ASSERT_EQ(polygontest::moveGrips(p, {1}, v), eOk);
-  std::vector<OdGePoint3d> expected;
-  for (int i = 0; i < sides; ++i)
-    expected.push_back(regularVertex(sides, i) + (i == 1 ? v : OdGeVector3d()));
+  ASSERT_EQ(p->moveStretchPointsAt(OdIntArray{0, 4, 6, -1}, v), eOk);
+  expected[0] += v;
+  expected[1] += v;
+  expected[4] += v;
   expectPoints(p->getPts(), expected);
   EXPECT_TRUE(samePoint(p->getCenterPt(), kCenter));
   EXPECT_TRUE(samePoint(p->getStartPt(), start));
 
-  ASSERT_EQ(polygontest::moveGrips(p, {sides}, v), eOk);
+  ASSERT_EQ(polygontest::moveGrips(p, {6}, v), eOk);
   for (OdGePoint3d& point : expected)
     point += v;
   expectPoints(p->getPts(), expected);
   EXPECT_TRUE(samePoint(p->getCenterPt(), kCenter + v));
   EXPECT_TRUE(samePoint(p->getStartPt(), start + v));
-}
-
-TEST(GeoPolygon, StretchingMovesListedVerticesOnly) {
-  OdDbGeoPolygonPtr p = newPolygon(6);
-  OdGePoint3dArray points;
-  ASSERT_EQ(p->getStretchPoints(points), eOk);
-  expectPoints(points, {regularVertex(6, 0), regularVertex(6, 1), regularVertex(6, 2),
-                        regularVertex(6, 3), regularVertex(6, 4), regularVertex(6, 5)});
-  const OdGeVector3d v(0, 3, 0);
-  ASSERT_EQ(p->moveStretchPointsAt(OdIntArray{1, 4, 6, -1}, v), eOk);
-  expectPoints(p->getPts(), {regularVertex(6, 0), regularVertex(6, 1) + v, regularVertex(6, 2),
-                             regularVertex(6, 3), regularVertex(6, 4) + v, regularVertex(6, 5)});
-  EXPECT_TRUE(samePoint(p->getCenterPt(), kCenter));
-}
-
-TEST(GeoPolygon, ExplodesIntoOneLinePerSideClosingLast) {
-  const OdInt32 sides = 5;
-  OdDbGeoPolygonPtr p = newPolygon(sides);
-  OdRxObjectPtrArray pieces;
-  ASSERT_EQ(p->explode(pieces), eOk);
-  ASSERT_EQ(pieces.size(), static_cast<unsigned int>(sides));
-  for (int i = 0; i < sides; ++i) {
-    OdDbLinePtr line = OdDbLine::cast(pieces[i].get());
-    ASSERT_FALSE(line.isNull());
-    EXPECT_TRUE(samePoint(line->startPoint(), regularVertex(sides, i)));
-    EXPECT_TRUE(samePoint(line->endPoint(), regularVertex(sides, (i + 1) % sides)));
-  }
-  OdDbGeoPolygonPtr two = newPolygon(2);
-  pieces.clear();
-  EXPECT_EQ(two->explode(pieces), eOk);
-  EXPECT_TRUE(pieces.isEmpty());
 }
 
 TEST(GeoPolygon, SnapsOfASideRunFromItsSecondVertexToTheOrigin) {

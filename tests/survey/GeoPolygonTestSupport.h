@@ -2,35 +2,43 @@
 #define CUSTENTS_TESTS_GEO_POLYGON_TEST_SUPPORT_H
 
 // Helpers shared by the tests of the survey shapes and the coordinate dimensions: DWG streams as
-// hex text, grips by index, snaps, points compared with a tolerance.
+// hex text, grips by index, snaps, drawing and explode output, points compared with a tolerance.
 
 #include "DbBitStream.h"
 #include "DbDwgStreamFiler.h"
 #include "DbEntity.h"
+#include "DbLine.h"
+#include "Gi/GiRecorder.h"
 #include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace polygontest {
 
 typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
+typedef std::vector<std::pair<OdGePoint3d, OdGePoint3d>> Segments;
+
+inline std::string toHex(const OdUInt8Array& bytes) {
+  std::string hex;
+  char digits[3];
+  for (OdUInt8 byte : bytes) {
+    std::snprintf(digits, sizeof digits, "%02x", byte);
+    hex += digits;
+  }
+  return hex;
+}
 
 /// The entity's DWG data stream as lower-case hex, followed by "/" and its size in bits.
 inline std::string dwgHex(const OdDbObject* object) {
   Filer filer;
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   object->dwgOutFields(&filer);
-  std::string hex;
-  char digits[3];
-  for (OdUInt8 byte : filer.dataBuffer()) {
-    std::snprintf(digits, sizeof digits, "%02x", byte);
-    hex += digits;
-  }
-  return hex + "/" + std::to_string(filer.dataBitSize());
+  return toHex(filer.dataBuffer()) + "/" + std::to_string(filer.dataBitSize());
 }
 
 /// The bits from `startBit` to the end of a stream, packed again from the first byte, in hex:
@@ -43,13 +51,18 @@ inline std::string hexOfBits(const OdUInt8Array& bytes, OdUInt64 bitSize, OdUInt
   bool bit = false;
   while (in.readBit(bit))
     out.writeBit(bit);
-  std::string hex;
-  char digits[3];
-  for (OdUInt8 byte : out.bytes()) {
-    std::snprintf(digits, sizeof digits, "%02x", byte);
-    hex += digits;
-  }
-  return hex;
+  return toHex(out.bytes());
+}
+
+/// The entity's own record after its entity data: the data and the strings in hex.
+inline std::string ownRecord(const OdDbEntity* entity) {
+  Filer base, full;
+  base.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  entity->OdDbEntity::dwgOutFields(&base);
+  full.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  entity->dwgOutFields(&full);
+  return hexOfBits(full.dataBuffer(), full.dataBitSize(), base.dataBitSize()) + "|" +
+         hexOfBits(full.stringBuffer(), full.stringBitSize(), base.stringBitSize());
 }
 
 /// Writes `source` and reads it into `target`, the way copies are made.
@@ -91,6 +104,13 @@ inline OdGePoint3dArray snapsOf(const OdDbEntity* entity, OdDb::OsnapMode mode,
   return points;
 }
 
+/// What the entity draws.
+inline std::vector<OdGiRecord> drawn(const OdDbEntity* entity) {
+  OdGiRecorder recorder;
+  EXPECT_TRUE(entity->worldDraw(&recorder));
+  return recorder.records();
+}
+
 inline ::testing::AssertionResult samePoint(const OdGePoint3d& actual, const OdGePoint3d& expected,
                                             double tol = 1e-9) {
   if (actual.distanceTo(expected) <= tol)
@@ -101,10 +121,22 @@ inline ::testing::AssertionResult samePoint(const OdGePoint3d& actual, const OdG
 }
 
 /// `actual` holds exactly `expected`, in order.
-inline void expectPoints(const OdGePoint3dArray& actual, const std::vector<OdGePoint3d>& expected) {
+template <class Points>
+void expectPoints(const Points& actual, const std::vector<OdGePoint3d>& expected) {
   ASSERT_EQ(actual.size(), expected.size());
-  for (unsigned int i = 0; i < actual.size(); ++i)
+  for (unsigned int i = 0; i < expected.size(); ++i)
     EXPECT_TRUE(samePoint(actual[i], expected[i])) << "point " << i;
+}
+
+/// The first `ends.size()` pieces are lines from each pair's first point to its second.
+inline void expectLines(const OdRxObjectPtrArray& pieces, const Segments& ends) {
+  ASSERT_GE(pieces.size(), ends.size());
+  for (unsigned int i = 0; i < ends.size(); ++i) {
+    OdDbLinePtr line = OdDbLine::cast(pieces[i].get());
+    ASSERT_FALSE(line.isNull()) << "piece " << i;
+    EXPECT_TRUE(samePoint(line->startPoint(), ends[i].first)) << "piece " << i;
+    EXPECT_TRUE(samePoint(line->endPoint(), ends[i].second)) << "piece " << i;
+  }
 }
 
 } // namespace polygontest

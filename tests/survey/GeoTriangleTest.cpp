@@ -4,9 +4,6 @@
 
 #include "survey/OdDbGeoTriangle.h"
 
-#include "DbLine.h"
-#include "Gi/GiRecorder.h"
-
 #include "GeoPolygonTestSupport.h"
 
 #include <cmath>
@@ -49,15 +46,11 @@ TEST(GeoTriangle, CentroidRotationHandleAndEquilateralConstruction) {
   EXPECT_TRUE(samePoint(t->getRotatePt(), OdGePoint3d(10, 60, 0)));
 }
 
-TEST(GeoTriangle, DwgRecordMatchesTheStoredReference) {
+TEST(GeoTriangle, DwgRecordMatchesTheStoredReferenceAndOlderVersionsReadAsIt) {
   // 56 bits of entity data, then BS 1 and, as 3BD, V0 (0,0,0), V1 (3,0,0), V2 (0,3,0), the
   // centroid (1,1,0) and the handle (1,51,0).
-  OdDbGeoTrianglePtr t = newTriangle({0, 0, 0}, {3, 0, 0}, {0, 3, 0});
-  EXPECT_EQ(polygontest::dwgHex(t), "8000100c00061d40"
-                                    "6a00000000000002102a000000000000021025900000000002012502/288");
-}
-
-TEST(GeoTriangle, OlderAndNegativeVersionsAreReadAsTheCurrentOne) {
+  EXPECT_EQ(polygontest::dwgHex(newTriangle({0, 0, 0}, {3, 0, 0}, {0, 3, 0})),
+            "8000100c00061d406a00000000000002102a000000000000021025900000000002012502/288");
   for (OdInt16 version : {-1, 0, 1}) {
     SCOPED_TRACE(version);
     polygontest::Filer filer;
@@ -75,16 +68,17 @@ TEST(GeoTriangle, OlderAndNegativeVersionsAreReadAsTheCurrentOne) {
   }
 }
 
-TEST(GeoTriangle, DrawsOneClosedPolylineInThePlaneZ0) {
-  OdDbGeoTrianglePtr t = newTriangle({0, 0, 5}, {6, 0, 5}, {0, 3, 5});
-  OdGiRecorder recorder;
-  EXPECT_TRUE(t->worldDraw(&recorder));
-  ASSERT_EQ(recorder.records().size(), 1u);
-  EXPECT_EQ(recorder.records()[0].kind, OdGiRecord::kPolyline);
-  OdGePoint3dArray drawn;
-  for (const OdGePoint3d& point : recorder.records()[0].points)
-    drawn.append(point);
-  expectPoints(drawn, {{0, 0, 0}, {6, 0, 0}, {0, 3, 0}, {0, 0, 0}});
+TEST(GeoTriangle, DrawsAndExplodesItsSidesDrawingInThePlaneZ0) {
+  const std::vector<OdGiRecord> records =
+      polygontest::drawn(newTriangle({0, 0, 5}, {6, 0, 5}, {0, 3, 5}));
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_EQ(records[0].kind, OdGiRecord::kPolyline);
+  expectPoints(records[0].points, {{0, 0, 0}, {6, 0, 0}, {0, 3, 0}, {0, 0, 0}});
+
+  OdRxObjectPtrArray pieces;
+  ASSERT_EQ(newTriangle()->explode(pieces), eOk);
+  EXPECT_EQ(pieces.size(), 3u);
+  polygontest::expectLines(pieces, {{kA, kB}, {kB, kC}, {kC, kA}});
 }
 
 TEST(GeoTriangle, TransformMovesVerticesAndCentreButNotTheHandle) {
@@ -96,7 +90,7 @@ TEST(GeoTriangle, TransformMovesVerticesAndCentreButNotTheHandle) {
   EXPECT_TRUE(samePoint(t->getRotatePt(), handle));
 }
 
-TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndMoveTheirPoints) {
+TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndStretchPointsTheVertices) {
   OdDbGeoTrianglePtr t = newTriangle();
   OdDbGripDataPtrArray grips;
   grips.append(OdDbGripDataPtr(new OdDbGripData())); // grips already there stay first
@@ -108,59 +102,39 @@ TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndMoveTheirPoints) {
     EXPECT_EQ(polygontest::gripIndex(grips[i + 1]), static_cast<OdIntPtr>(i));
     EXPECT_EQ(grips[i + 1]->worldDraw(), nullptr);
   }
+  OdGePoint3dArray points;
+  ASSERT_EQ(t->getStretchPoints(points), eOk);
+  expectPoints(points, {kA, kB, kC});
 
+  // Grips move by tag, the centroid grip everything; stretch points one by one.
   const OdGeVector3d v(3, 3, 0);
   struct Case {
-    std::initializer_list<OdIntPtr> grips;
+    bool grip;
+    std::initializer_list<OdIntPtr> tags;
     OdGePoint3d a, b, c;
   } cases[] = {
-      {{1}, kA, kB + v, kC},        {{3}, kA + v, kB + v, kC + v},
-      {{0, 2}, kA + v, kB, kC + v}, {{4}, kA, kB, kC},
-      {{-1}, kA, kB, kC},
+      {true, {1}, kA, kB + v, kC},
+      {true, {3}, kA + v, kB + v, kC + v},
+      {true, {0, 2}, kA + v, kB, kC + v},
+      {true, {4}, kA, kB, kC},
+      {true, {-1}, kA, kB, kC},
+      {false, {}, kA, kB, kC},
+      {false, {0, 2}, kA + v, kB, kC + v},
+      {false, {0, 1, 2}, kA + v, kB + v, kC + v},
+      {false, {3, -1, 2}, kA, kB, kC + v},
   };
   for (const Case& c : cases) {
     OdDbGeoTrianglePtr moved = newTriangle();
     const OdGePoint3d handle = moved->getRotatePt();
-    ASSERT_EQ(polygontest::moveGrips(moved, c.grips, v), eOk);
+    OdIntArray indices;
+    for (OdIntPtr tag : c.tags)
+      indices.append(static_cast<int>(tag));
+    ASSERT_EQ(c.grip ? polygontest::moveGrips(moved, c.tags, v)
+                     : moved->moveStretchPointsAt(indices, v),
+              eOk);
     expectPoints(moved->getPts(), {c.a, c.b, c.c});
     EXPECT_TRUE(samePoint(moved->getCenterPt(), centroid(c.a, c.b, c.c)));
     EXPECT_TRUE(samePoint(moved->getRotatePt(), handle));
-  }
-}
-
-TEST(GeoTriangle, StretchPointsAreTheVerticesAndMoveOneByOne) {
-  OdGePoint3dArray points;
-  ASSERT_EQ(newTriangle()->getStretchPoints(points), eOk);
-  expectPoints(points, {kA, kB, kC});
-
-  const OdGeVector3d v(0, -2, 1);
-  struct Case {
-    OdIntArray indices;
-    OdGePoint3d a, b, c;
-  } cases[] = {
-      {{}, kA, kB, kC},
-      {{0, 2}, kA + v, kB, kC + v},
-      {{0, 1, 2}, kA + v, kB + v, kC + v},
-      {{3, -1, 2}, kA, kB, kC + v},
-  };
-  for (const Case& c : cases) {
-    OdDbGeoTrianglePtr s = newTriangle();
-    ASSERT_EQ(s->moveStretchPointsAt(c.indices, v), eOk);
-    expectPoints(s->getPts(), {c.a, c.b, c.c});
-    EXPECT_TRUE(samePoint(s->getCenterPt(), centroid(c.a, c.b, c.c)));
-  }
-}
-
-TEST(GeoTriangle, ExplodesIntoItsThreeSides) {
-  OdRxObjectPtrArray pieces;
-  ASSERT_EQ(newTriangle()->explode(pieces), eOk);
-  ASSERT_EQ(pieces.size(), 3u);
-  const OdGePoint3d ends[][2] = {{kA, kB}, {kB, kC}, {kC, kA}};
-  for (unsigned int i = 0; i < 3; ++i) {
-    OdDbLinePtr line = OdDbLine::cast(pieces[i].get());
-    ASSERT_FALSE(line.isNull());
-    EXPECT_TRUE(samePoint(line->startPoint(), ends[i][0]));
-    EXPECT_TRUE(samePoint(line->endPoint(), ends[i][1]));
   }
 }
 

@@ -43,30 +43,17 @@ std::vector<Shape> shapes(OdDbDatabase* db) {
   OdDbGeoPolygonPtr square = OdDbGeoPolygon::createObject();
   square->init(OdGePoint3d::kOrigin, 4);
   square->setValue(OdGePoint3d(2, 0, 0));
+  const std::vector<OdGePoint2d> tri = {{1, 1}, {7, 1}, {1, 4}},
+                                 sq = {{2, 0}, {0, 2}, {-2, 0}, {0, -2}},
+                                 rect = {{1, 2}, {11, 2}, {11, 6}, {1, 6}};
+  OdDbEntityPtr triangle = OdDbGeoTrianglePtr(new OdDbGeoTriangle({1, 1, 5}, {7, 1, 5}, {1, 4, 5}));
+  OdDbEntityPtr line = OdDbLine::createObject();
   std::vector<Shape> all = {
-      {"triangle",
-       OdDbGeoTrianglePtr(new OdDbGeoTriangle({1, 1, 5}, {7, 1, 5}, {1, 4, 5})),
-       attachedFiller(OdDbGeoTriangle::desc()),
-       {{1, 1}, {7, 1}, {1, 4}},
-       9.0,
-       OdDbLine::createObject()},
-      {"polygon",
-       square,
-       attachedFiller(OdDbGeoPolygon::desc()),
-       {{2, 0}, {0, 2}, {-2, 0}, {0, -2}},
-       8.0,
-       OdDbLine::createObject()},
-      {"rectangle",
-       rectangle<OdDbGeoRect>(),
-       attachedFiller(OdDbGeoRect::desc()),
-       {{1, 2}, {11, 2}, {11, 6}, {1, 6}},
-       40.0,
+      {"triangle", triangle, attachedFiller(OdDbGeoTriangle::desc()), tri, 9.0, line},
+      {"polygon", square, attachedFiller(OdDbGeoPolygon::desc()), sq, 8.0, line},
+      {"rectangle", rectangle<OdDbGeoRect>(), attachedFiller(OdDbGeoRect::desc()), rect, 40.0,
        rectangle<OdDbGeo3dRect>()},
-      {"3D rectangle",
-       rectangle<OdDbGeo3dRect>(),
-       &g_fill3dRect,
-       {{1, 2}, {11, 2}, {11, 6}, {1, 6}},
-       40.0,
+      {"3D rectangle", rectangle<OdDbGeo3dRect>(), &g_fill3dRect, rect, 40.0,
        rectangle<OdDbGeoRect>()},
   };
   OdCmColor current;
@@ -95,7 +82,9 @@ void expectOutline(const OdDbHatch* hatch, const std::vector<OdGePoint2d>& point
   }
 }
 
-void expectFreeStandingAssociative(const OdDbHatch* hatch, OdDbDatabase* db) {
+/// A free-standing associative hatch over the shape's outline.
+void expectHatchOver(const OdDbHatch* hatch, const Shape& shape, OdDbDatabase* db) {
+  expectOutline(hatch, shape.outline);
   EXPECT_TRUE(hatch->associative());
   EXPECT_EQ(hatch->hatchStyle(), OdDbHatch::kNormal);
   EXPECT_EQ(hatch->hatchObjectType(), OdDbHatch::kHatchObject);
@@ -104,8 +93,9 @@ void expectFreeStandingAssociative(const OdDbHatch* hatch, OdDbDatabase* db) {
   EXPECT_EQ(hatch->layerId(), db->getLayerZeroId());
 }
 
-TEST(SurveyFill, ColourFillIsASolidHatchOverTheOutlineInTheGivenColour) {
+TEST(SurveyFill, ColourIsASolidHatchAndAPatternReportsHowManyCellsTheAreaHolds) {
   OdDbDatabasePtr db = OdDbDatabase::createObject();
+  const struct { double scale, unit; } cases[] = {{2, 0.5}, {1, 1}, {0.5, 2}, {2, 1}};
   for (const Shape& s : shapes(db)) {
     SCOPED_TRACE(s.name);
     ASSERT_NE(s.filler, nullptr);
@@ -113,37 +103,28 @@ TEST(SurveyFill, ColourFillIsASolidHatchOverTheOutlineInTheGivenColour) {
     colour.setRGB(200, 30, 10);
     OdDbHatchPtr hatch = s.filler->FillColor(s.entity, colour);
     ASSERT_FALSE(hatch.isNull());
-    expectOutline(hatch, s.outline);
+    expectHatchOver(hatch, s, db);
     EXPECT_TRUE(hatch->isSolidFill());
     EXPECT_EQ(hatch->patternType(), OdDbHatch::kPreDefined);
     EXPECT_EQ(hatch->patternName(), OdString(u"SOLID"));
     EXPECT_EQ(hatch->color().color(), colour.color());
-    expectFreeStandingAssociative(hatch, db);
     double area = 0;
     hatch->getArea(area);
     EXPECT_NEAR(area, s.area, 1e-9);
-  }
-}
 
-TEST(SurveyFill, PatternFillReportsHowManyPatternCellsTheAreaHolds) {
-  OdDbDatabasePtr db = OdDbDatabase::createObject();
-  const struct { double scale, unit; } cases[] = {{2, 0.5}, {1, 1}, {0.5, 2}, {2, 1}};
-  for (const Shape& s : shapes(db)) {
     for (const auto& c : cases) {
-      SCOPED_TRACE(testing::Message() << s.name << " scale " << c.scale << " unit " << c.unit);
+      SCOPED_TRACE(testing::Message() << "scale " << c.scale << " unit " << c.unit);
       double ratio = c.unit; // the pattern's unit size on the way in
-      OdDbHatchPtr hatch =
-          s.filler->FillPattern(s.entity, OdString(u"BRICK"), c.scale, 0.25, ratio);
+      hatch = s.filler->FillPattern(s.entity, OdString(u"BRICK"), c.scale, 0.25, ratio);
       ASSERT_FALSE(hatch.isNull());
+      expectHatchOver(hatch, s, db);
       EXPECT_NEAR(ratio, s.area / (c.scale * c.scale * c.unit * c.unit), 1e-9);
-      expectOutline(hatch, s.outline);
       EXPECT_FALSE(hatch->isSolidFill());
       EXPECT_EQ(hatch->patternType(), OdDbHatch::kCustomDefined);
       EXPECT_EQ(hatch->patternName(), OdString(u"BRICK"));
       EXPECT_EQ(hatch->patternScale(), c.scale);
       EXPECT_EQ(hatch->patternAngle(), 0.25);
       EXPECT_EQ(hatch->colorIndex(), 6) << "the drawing's current colour";
-      expectFreeStandingAssociative(hatch, db);
     }
   }
 }

@@ -193,32 +193,21 @@ protected:
 };
 
 TEST_F(SurveyMenus, EachPageBuildsItsMenuFromTheHostList) {
-  const int missing = 987655;
+  const int missing = 987655, del = kMenuDelete, props = kMenuProperties, ex = kMenuExplode;
   const int sep = kMenuSeparator, stats = kMenuDrawingStatistics;
   const struct {
     OdRxClass* cls;
     std::vector<int> ids;
     bool propertiesGreyed;
     bool missingAddedToTheHostMap; // looked up by inserting
-  } cases[] = {
-      {OdDbGeoTriangle::desc(),
-       {kMenuDelete, kMenuProperties, sep, stats, sep, 0, kMenuExplode},
-       true,
-       false},
-      {OdDbGeoPolygon::desc(), {kMenuDelete, kMenuProperties, 0, kMenuExplode}, true, false},
-      {OdDbGeoRect::desc(),
-       {kMenuDelete, kMenuProperties, sep, stats, 0, kMenuExplode},
-       false,
-       true},
-      {OdDbGeo3dRect::desc(),
-       {kMenuDelete, kMenuProperties, sep, stats, 0, kMenuExplode},
-       false,
-       true},
-  };
+  } cases[] = {{OdDbGeoTriangle::desc(), {del, props, sep, stats, sep, 0, ex}, true, false},
+               {OdDbGeoPolygon::desc(), {del, props, 0, ex}, true, false},
+               {OdDbGeoRect::desc(), {del, props, sep, stats, 0, ex}, false, true},
+               {OdDbGeo3dRect::desc(), {del, props, sep, stats, 0, ex}, false, true}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.cls->name().toUtf8());
     g_mapAllRMenu = savedMap;
-    votherBaseDrawing = {kMenuDelete, kMenuProperties, missing, kMenuExplode};
+    votherBaseDrawing = {del, props, missing, ex};
     std::vector<EntMenuData> menus;
     ASSERT_TRUE(pageOf(c.cls)->GetRMenus(menus));
     std::vector<int> ids;
@@ -233,18 +222,12 @@ TEST_F(SurveyMenus, EachPageBuildsItsMenuFromTheHostList) {
       EXPECT_EQ(menus[i].data, host.data);
       EXPECT_EQ(menus[i].flag1, host.flag1);
     }
-    EXPECT_EQ(menus[1].text, savedMap.at(kMenuProperties).text);
+    EXPECT_EQ(menus[1].text, savedMap.at(props).text);
     EXPECT_EQ(menus[1].flag1, !c.propertiesGreyed);
-    for (std::size_t i = 0; i < ids.size(); ++i) {
-      if (ids[i] == stats) {
-        EXPECT_EQ(menus[i].text, OdString(u"图形统计"));
-        EXPECT_TRUE(menus[i].flag1);
-        EXPECT_FALSE(menus[i].flag2);
-      }
-      if (ids[i] == 0 || ids[i] == sep) {
-        EXPECT_TRUE(menus[i].text.isEmpty());
-        EXPECT_TRUE(menus[i].flag1);
-      }
+    for (std::size_t i = 2; i + 1 < ids.size(); ++i) {
+      EXPECT_EQ(menus[i].text, OdString(ids[i] == stats ? u"图形统计" : u""));
+      EXPECT_TRUE(menus[i].flag1);
+      EXPECT_FALSE(menus[i].flag2);
     }
     EXPECT_EQ(g_mapAllRMenu.count(missing), c.missingAddedToTheHostMap ? 1u : 0u);
 

@@ -15,34 +15,11 @@
 
 namespace {
 
-rapidjson::Document parseJson(const std::string& text) {
-  rapidjson::Document doc;
-  doc.Parse(text.c_str(), text.size());
-  EXPECT_FALSE(doc.HasParseError()) << "offset " << doc.GetErrorOffset() << " in:\n" << text;
-  return doc;
-}
-
-std::string readFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
-
 std::vector<std::string> stringArray(const rapidjson::Value& value) {
   std::vector<std::string> items;
   for (const auto& item : value.GetArray())
     items.emplace_back(item.GetString(), item.GetStringLength());
   return items;
-}
-
-std::string str(const rapidjson::Value& value) {
-  return value.IsString() ? std::string(value.GetString(), value.GetStringLength())
-                          : std::string("<not a string>");
-}
-
-bool startsWith(const std::string& text, const std::string& prefix) {
-  return text.compare(0, prefix.size(), prefix) == 0;
 }
 
 /// The classes listed by `custents classes --json`, or an empty document on failure.
@@ -173,22 +150,6 @@ TEST(ClassesCommand, HelpAndVersionSucceed) {
   const ToolRun version = runCustents({"--version"});
   EXPECT_EQ(version.exitCode, 0) << version.err;
   EXPECT_EQ(version.out, std::string("custents ") + CUSTENTS_VERSION + "\n");
-}
-
-TEST(ClassesCommand, UsageErrorsExitWithTwo) {
-  const std::vector<std::vector<std::string>> cases = {
-      {},
-      {"no-such-command"},
-      {"classes", "--no-such-option"},
-      {"classes", "--module"},
-  };
-  for (const auto& args : cases) {
-    const ToolRun run = runCustents(args);
-    SCOPED_TRACE(args.empty() ? std::string("(no arguments)") : args.back());
-    EXPECT_EQ(run.exitCode, 2);
-    EXPECT_EQ(run.out, "");
-    EXPECT_NE(run.err, "");
-  }
 }
 
 } // namespace

@@ -18,22 +18,8 @@
 
 namespace {
 
-std::string readFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
-
 bool exists(const std::string& path) {
   return std::ifstream(path).good();
-}
-
-rapidjson::Document parseJson(const std::string& text) {
-  rapidjson::Document document;
-  document.Parse(text.c_str(), text.size());
-  EXPECT_FALSE(document.HasParseError()) << text;
-  return document;
 }
 
 std::string replaceAll(std::string text, const std::string& from, const std::string& to) {
@@ -221,6 +207,7 @@ TEST_F(DrawingCommands, PropsOfAFileDescribeItsEntities) {
 TEST_F(DrawingCommands, FailuresExitWithTheCause) {
   std::ofstream(path("malformed.dxf")) << "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\n"
                                           "AC1032\nabc\nfoo\n";
+  std::ofstream(path("plain-file")) << "not a folder\n";
   const std::string missing = path("missing.dxf");
   struct Case {
     std::vector<std::string> args;
@@ -245,6 +232,14 @@ TEST_F(DrawingCommands, FailuresExitWithTheCause) {
       {{"info"}, 2, "input is required"},
       {{"render", path("demo.dxf"), "-o", path("x.svg"), "--background", "green"}, 2, "green"},
       {{"convert", path("demo.dxf"), "-o", path("x.dxf"), "--module", missing}, 1, missing},
+      {{"demo", "--out", path("plain-file/sub")}, 1, "cannot create the output folder"},
+      {{"demo", "--out", path("x"), "--module", path("none.tx")}, 1, "none.tx"},
+      {{"demo", "--out", path("x"), "--width", "0"}, 2, ""},
+      // Usage errors.
+      {{}, 2, ""},
+      {{"no-such-command"}, 2, ""},
+      {{"classes", "--no-such-option"}, 2, ""},
+      {{"classes", "--module"}, 2, ""},
   };
   for (const Case& c : cases) {
     std::string line;
@@ -254,9 +249,10 @@ TEST_F(DrawingCommands, FailuresExitWithTheCause) {
     const ToolRun run = runCustents(c.args);
     EXPECT_EQ(run.exitCode, c.exitCode) << run.err;
     EXPECT_NE(run.err.find(c.message), std::string::npos) << run.err;
+    EXPECT_NE(run.err, "");
     EXPECT_EQ(run.out, "");
   }
-  for (const char* name : {"x.dxf", "x.svg", "x.bmp", "x.txt", "noextension"})
+  for (const char* name : {"x.dxf", "x.svg", "x.bmp", "x.txt", "noextension", "x/demo.svg"})
     EXPECT_FALSE(exists(path(name))) << name;
 }
 

@@ -3,7 +3,6 @@
 
 #include "ModuleSession.h"
 #include "PlainExport.h"
-#include "SampleDrawing.h"
 
 #include "DbArc.h"
 #include "DbBlockTable.h"
@@ -34,7 +33,6 @@ using custents::plain::isCustomEntity;
 using custents::plain::PlainExportOptions;
 using custents::plain::PlainExportResult;
 
-const std::string kModulePath = std::string(CUSTENTS_BIN_DIR) + "/CustEnts.tx";
 const double kPi = 3.14159265358979323846;
 
 std::string className(const OdRxObjectPtr& object) {
@@ -104,16 +102,15 @@ TEST_F(PlainGraphics, EachPrimitiveBecomesItsStandardEntity) {
          ASSERT_EQ(p->numVerts(), 2u);
          EXPECT_TRUE(p->isClosed());
          EXPECT_DOUBLE_EQ(p->elevation(), 3.0);
-         OdGePoint3d a, b;
-         double bulge0 = 0, bulge1 = 0;
-         p->getPointAt(0, a);
-         p->getPointAt(1, b);
-         p->getBulgeAt(0, bulge0);
-         p->getBulgeAt(1, bulge1);
-         EXPECT_NEAR(a.distanceTo(OdGePoint3d(-1, 2, 3)), 0.0, 1e-12);
-         EXPECT_NEAR(b.distanceTo(OdGePoint3d(3, 2, 3)), 0.0, 1e-12);
-         EXPECT_EQ(bulge0, 1.0);
-         EXPECT_EQ(bulge1, 1.0);
+         const double x[2] = {-1, 3};
+         for (unsigned i = 0; i < 2; ++i) {
+           OdGePoint3d at;
+           double bulge = 0;
+           p->getPointAt(i, at);
+           p->getBulgeAt(i, bulge);
+           EXPECT_NEAR(at.distanceTo(OdGePoint3d(x[i], 2, 3)), 0.0, 1e-12) << i;
+           EXPECT_EQ(bulge, 1.0) << i;
+         }
        }},
       {"clockwise arc: the same arc run counter-clockwise from its other end",
        [](OdGiRecorder& r) {
@@ -210,6 +207,15 @@ TEST_F(PlainGraphics, EachPrimitiveBecomesItsStandardEntity) {
          EXPECT_DOUBLE_EQ(text->height(), 2.5);
          EXPECT_DOUBLE_EQ(text->widthFactor(), 0.8);
          EXPECT_NEAR(text->rotation(), kPi / 2, 1e-12);
+       }},
+      {"text without a width factor: factor 1",
+       [](OdGiRecorder& r) {
+         r.text(OdGePoint3d(1, 1, 0), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 2.5, 0.0, 0.0,
+                OD_T("J2"));
+       },
+       {"OdDbText"},
+       [](const OdRxObjectPtrArray& out) {
+         EXPECT_DOUBLE_EQ(OdDbText::cast(out[0].get())->widthFactor(), 1.0);
        }},
       {"infinite line: left out with a note",
        [](OdGiRecorder& r) { r.xline(OdGePoint3d(0, 0, 0), OdGePoint3d(1, 1, 0)); },
@@ -346,26 +352,6 @@ TEST_F(PlainExport, DamagedGraphicsFailAndKeepGoingDecidesWhatHappens) {
       EXPECT_EQ(customEntityCount(db.get()), 2u);
     }
   }
-}
-
-TEST(PlainExportWithModule, SampleDrawingLeavesOnlyStandardEntities) {
-  ModuleSession session(kModulePath);
-  {
-    OdDbDatabasePtr db = custents::sample::buildSampleDrawing();
-    const std::size_t before = customEntityCount(db.get());
-    ASSERT_GT(before, 0u);
-    const PlainExportResult result = exportPlain(db.get());
-    EXPECT_TRUE(result.applied);
-    EXPECT_TRUE(result.failures.empty());
-    EXPECT_EQ(result.customEntities, before);
-    EXPECT_EQ(result.keptProxies, 0u);
-    EXPECT_GT(result.piecesAdded, before) << "every shape has several edges";
-    EXPECT_EQ(customEntityCount(db.get()), 0u);
-    std::vector<OdDbDxfClassRecord> records;
-    odDbDxfProxyHooks()->collectClasses(db.get(), records);
-    EXPECT_TRUE(records.empty());
-  }
-  session.close();
 }
 
 } // namespace

@@ -23,15 +23,6 @@ namespace {
 
 const std::string kModulePath = std::string(CUSTENTS_BIN_DIR) + "/CustEnts.tx";
 
-std::string str(const rapidjson::Value& value) {
-  return value.IsString() ? std::string(value.GetString(), value.GetStringLength())
-                          : std::string("<not a string>");
-}
-
-bool startsWith(const std::string& text, const std::string& prefix) {
-  return text.compare(0, prefix.size(), prefix) == 0;
-}
-
 /// The pages printed by `custents props --json`.
 class PropsJson : public ::testing::Test {
 protected:
@@ -39,8 +30,7 @@ protected:
     const ToolRun run = runCustents({"props", "--json"});
     ASSERT_EQ(run.exitCode, 0) << run.err;
     ASSERT_EQ(run.err, "");
-    pages.Parse(run.out.c_str(), run.out.size());
-    ASSERT_FALSE(pages.HasParseError()) << run.out;
+    pages = parseJson(run.out);
     ASSERT_TRUE(pages.IsArray());
   }
 
@@ -159,14 +149,10 @@ TEST_F(PropsJson, EntitiesWithoutAnExtensionGetTheCommonGroup) {
   EXPECT_TRUE(goldFill) << "the colour fill keeps its true colour";
 }
 
-TEST(PropsCommand, TextOutputShowsEveryEntityAndItsRows) {
-  const ToolRun json = runCustents({"props", "--json"});
+TEST_F(PropsJson, TextOutputShowsEveryEntityAndItsRows) {
   const ToolRun text = runCustents({"props"});
   ASSERT_EQ(text.exitCode, 0) << text.err;
   EXPECT_EQ(text.err, "");
-  rapidjson::Document pages;
-  pages.Parse(json.out.c_str(), json.out.size());
-  ASSERT_TRUE(pages.IsArray());
   for (const auto& page : pages.GetArray()) {
     const std::string heading =
         str(page["class"]) + "  handle " + str(page["handle"]) + "  " + str(page["name"]);

@@ -20,6 +20,7 @@ TEST(DisplayWidth, CountsTerminalColumns) {
       {"坐标标注", 8},                 // CJK ideographs are wide
       {"修改 颜色", 9},                // mixed with a blank
       {"\xEF\xBC\xA1\xEF\xBC\xA2", 4}, // full-width Latin "ＡＢ"
+      {"\xEF\xAB\xBF", 2},             // U+FAFF, the last compatibility ideograph
       {"\xC3\xA9", 1},                 // é precomposed
       {"e\xCC\x81", 1},                // e + combining acute accent
       {"\xF0\x9F\x98\x80", 2},         // an emoji

@@ -1,5 +1,7 @@
 #include "tools/ToolRunner.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -20,6 +22,8 @@ std::string shellQuoted(const std::string& word) {
   return quoted + "'";
 }
 
+} // namespace
+
 std::string readFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   std::ostringstream content;
@@ -27,7 +31,18 @@ std::string readFile(const std::string& path) {
   return content.str();
 }
 
-} // namespace
+rapidjson::Document parseJson(const std::string& text) {
+  rapidjson::Document document;
+  document.Parse(text.c_str(), text.size());
+  EXPECT_FALSE(document.HasParseError()) << "offset " << document.GetErrorOffset() << " in:\n"
+                                         << text;
+  return document;
+}
+
+std::string str(const rapidjson::Value& value) {
+  return value.IsString() ? std::string(value.GetString(), value.GetStringLength())
+                          : std::string("<not a string>");
+}
 
 std::string makeTempDir() {
   const char* base = std::getenv("TMPDIR");

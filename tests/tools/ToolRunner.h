@@ -1,6 +1,8 @@
 #ifndef CUSTENTS_TESTS_TOOL_RUNNER_H
 #define CUSTENTS_TESTS_TOOL_RUNNER_H
 
+#include <rapidjson/document.h>
+
 #include <string>
 #include <vector>
 
@@ -21,5 +23,15 @@ std::vector<std::string> splitLines(const std::string& text);
 
 /// A fresh empty folder for one test's files.
 std::string makeTempDir();
+
+/// A file's bytes; empty when it cannot be read.
+std::string readFile(const std::string& path);
+/// A JSON document, with a test failure naming the text when it does not parse.
+rapidjson::Document parseJson(const std::string& text);
+/// A JSON string's text, or "<not a string>".
+std::string str(const rapidjson::Value& value);
+inline bool startsWith(const std::string& text, const std::string& prefix) {
+  return text.compare(0, prefix.size(), prefix) == 0;
+}
 
 #endif

@@ -53,7 +53,12 @@ bool inPlaneDirection(const OdGeVector3d& direction, const OdGeVector3d& unitNor
                       OdGeVector3d& result) {
   if (!odgeIsFinite(direction))
     return false;
-  const OdGeVector3d projected = direction - unitNormal * direction.dotProduct(unitNormal);
+  // A direction in the plane up to rounding is only made unit length: projecting it again
+  // would move its last bits, back and forth on every read, so that reading what was written
+  // would never settle.
+  const double along = direction.dotProduct(unitNormal);
+  const OdGeVector3d projected =
+      std::fabs(along) <= 1e-12 * direction.length() ? direction : direction - unitNormal * along;
   if (projected.isZeroLength() || !odgeIsFinite(projected))
     return false;
   result = projected.normal();
