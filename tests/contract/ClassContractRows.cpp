@@ -28,11 +28,12 @@ template <class Base> void baseOf(const OdDbObject* object, OdDbDwgFiler* filer)
   static_cast<const Base*>(object)->Base::dwgOutFields(filer);
 }
 
-/// A polyline-shaped base: an open path of a straight and a bulged segment, off the plane.
+/// A polyline-shaped base: a closed path off the plane whose first and last segments bulge.
 void shapePolyline(OdDbPolyline* polyline) {
-  polyline->addVertexAt(0, OdGePoint2d(0, 0));
+  polyline->addVertexAt(0, OdGePoint2d(0, 0), -0.3);
   polyline->addVertexAt(1, OdGePoint2d(10, 0), 0.5);
-  polyline->addVertexAt(2, OdGePoint2d(10, 8));
+  polyline->addVertexAt(2, OdGePoint2d(10, 8), 0.2);
+  polyline->setClosed(true);
   polyline->setElevation(1.5);
 }
 
@@ -115,19 +116,23 @@ OdDbObjectPtr arc(OdDbDatabase*) {
   return arc;
 }
 
+/// An outer square, an island with a bulged edge, and an island within the island, filled
+/// with a pattern by the nested-loop rule.
 OdDbObjectPtr hatch(OdDbDatabase*) {
   OdDbHatchPtr hatch = OdDbHatch::createObject();
   hatch->setPattern(OdDbHatch::kPreDefined, OD_T("ANSI31"));
   hatch->setPatternScale(0.5);
-  OdGePoint2dArray outer;
-  for (const OdGePoint2d& p : {OdGePoint2d(0, 0), OdGePoint2d(12, 0), OdGePoint2d(12, 9),
-                               OdGePoint2d(0, 9)})
-    outer.append(p);
-  hatch->appendLoop(OdDbHatch::kExternal | OdDbHatch::kPolyline, outer, {0.0, 0.0, 0.0, 0.0});
-  OdGePoint2dArray island;
-  for (const OdGePoint2d& p : {OdGePoint2d(3, 3), OdGePoint2d(6, 3), OdGePoint2d(6, 6)})
-    island.append(p);
-  hatch->appendLoop(OdDbHatch::kPolyline, island, {0.4, 0.0, 0.0});
+  hatch->setHatchStyle(OdDbHatch::kOuter);
+  const auto square = [](double lo, double hi) {
+    OdGePoint2dArray points;
+    for (const OdGePoint2d& p :
+         {OdGePoint2d(lo, lo), OdGePoint2d(hi, lo), OdGePoint2d(hi, hi), OdGePoint2d(lo, hi)})
+      points.append(p);
+    return points;
+  };
+  hatch->appendLoop(OdDbHatch::kExternal | OdDbHatch::kPolyline, square(0, 12), {0, 0, 0, 0});
+  hatch->appendLoop(OdDbHatch::kPolyline, square(2, 10), {0.4, 0, 0, 0});
+  hatch->appendLoop(OdDbHatch::kPolyline, square(4, 7), {0, 0, 0, 0});
   return hatch;
 }
 
@@ -145,6 +150,7 @@ OdDbObjectPtr mtext(OdDbDatabase*) {
   text->setLocation(OdGePoint3d(2, 3, 0));
   text->setTextHeight(2.0);
   text->setWidth(30);
+  text->setRotation(0.6);
   text->setContents(u"第一行\\P{\\H1.5x;second} line\\Pthird");
   return text;
 }

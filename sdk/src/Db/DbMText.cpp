@@ -539,6 +539,12 @@ OdResult OdDbMText::subGetOsnapPoints(OdDb::OsnapMode osnapMode, OdGsMarker /*gs
 }
 
 OdResult OdDbMText::subTransformBy(const OdGeMatrix3d& xform) {
+  // The identity keeps the text as it is: its direction and normal, normalised again after
+  // the product, could come back one ulp off.
+  if (xform == OdGeMatrix3d::kIdentity) {
+    assertWriteEnabled();
+    return eOk;
+  }
   const OdGeVector3d up = m_normal.crossProduct(m_direction);
   const OdGeVector3d newDirection = xform * m_direction;
   const OdGeVector3d newUp = xform * up;
