@@ -39,12 +39,6 @@ protected:
   std::string file(const char* suffix) const { return base + suffix; }
   OdString path(const char* suffix) const { return OdString::fromUtf8(file(suffix)); }
 
-  void add(OdDbDatabase* db, OdDbEntity* entity, OdUInt16 color) {
-    entity->setColorIndex(color);
-    OdDbBlockTableRecordPtr space = db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
-    space->appendOdDbEntity(entity);
-  }
-
   /// A flat and a 3D rectangle, made through the class dictionary as a host makes them.
   OdDbDatabasePtr surveyDrawing() {
     OdDbDatabasePtr db = OdDbDatabase::createObject();
@@ -55,7 +49,9 @@ protected:
       OdDbVoidPtrArray grip;
       grip.append(reinterpret_cast<void*>(2));
       entity->moveGripPointsAt(grip, OdGeVector3d(10, 5, 0), 0);
-      add(db, entity, 3);
+      entity->setColorIndex(3);
+      OdDbBlockTableRecordPtr(db->getModelSpaceId().safeOpenObject(OdDb::kForWrite))
+          ->appendOdDbEntity(entity);
     }
     return db;
   }
