@@ -154,7 +154,6 @@ TEST_F(TemplateStylesTest, NoStyleGivesANullId) {
       {"missing template", false, u"楷体", u"missing.dwt"},
       {"unreadable template", false, u"楷体", u"garbage.dwt"},
       {"face not in the template", false, u"宋体", u"kai.dwt"},
-      {"template is a folder", false, u"楷体", u"."},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
