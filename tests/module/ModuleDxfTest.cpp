@@ -50,8 +50,8 @@ protected:
       grip.append(reinterpret_cast<void*>(2));
       entity->moveGripPointsAt(grip, OdGeVector3d(10, 5, 0), 0);
       entity->setColorIndex(3);
-      OdDbBlockTableRecordPtr(db->getModelSpaceId().safeOpenObject(OdDb::kForWrite))
-          ->appendOdDbEntity(entity);
+      OdDbBlockTableRecordPtr space = db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
+      space->appendOdDbEntity(entity);
     }
     return db;
   }
