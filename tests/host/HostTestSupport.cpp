@@ -45,9 +45,6 @@ OdDbDatabasePtr newTestDatabase() {
   OdDbLinetypeTablePtr linetypes = database->getLinetypeTableId().safeOpenObject(OdDb::kForWrite);
   OdDbLinetypeTableRecordPtr dashed = OdDbLinetypeTableRecord::createObject();
   dashed->setName(OD_T("DASHED"));
-  dashed->setNumDashes(2);
-  dashed->setDashLengthAt(0, 0.5);
-  dashed->setDashLengthAt(1, -0.25);
   linetypes->add(dashed);
   return database;
 }

@@ -3,29 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <string>
 
 namespace {
 
 bool contains(const std::vector<int>& ids, int id) {
   return std::find(ids.begin(), ids.end(), id) != ids.end();
-}
-
-TEST(MenuTablesTest, EntriesModulesRelyOnArePresent) {
-  struct Expected {
-    int id;
-    const char* text;
-  } const expected[] = {{8001, "删除"}, {8002, "移动"}, {8003, "复制选择"}, {8004, "缩放"},
-                        {8005, "旋转"}, {8006, "镜像"}, {8007, "绘图次序"}, {8011, "打散"},
-                        {8012, "特性"}, {8070, "闭合"}, {8071, "打开"},     {8099, "图形统计"},
-                        {8109, ""}};
-  for (const Expected& e : expected) {
-    SCOPED_TRACE(e.id);
-    auto found = g_mapAllRMenu.find(e.id);
-    ASSERT_NE(g_mapAllRMenu.end(), found);
-    EXPECT_EQ(e.id, found->second.id);
-    EXPECT_EQ(std::string(e.text), found->second.text.toUtf8());
-  }
 }
 
 TEST(MenuTablesTest, EveryEntryIsWellFormed) {

@@ -74,31 +74,6 @@ TEST_F(ModuleLifecycle, SecondUninitialisationRaises255) {
   EXPECT_EQ(moduleClasses().size(), 57u);
 }
 
-TEST_F(ModuleLifecycle, FurtherPipeKindsAreDefinedButLeftForTheHostToRegister) {
-  for (const char16_t* name :
-       {u"DecorationDuct", u"DecorationDuctSmoke", u"DecorationPipeAirConditionWater",
-        u"DecorationPipeDirty", u"DecorationPipeGas", u"DecorationWireAirConditionPower",
-        u"DecorationWireLight", u"DecorationWireNET", u"DecorationWireTEL", u"DecorationWireTV"})
-    EXPECT_EQ(odrxGetClass(name), nullptr) << utf8(name);
-  EXPECT_EQ(odrxClassByDxfName(OD_T("DECORATIONDUCT")), nullptr);
-  void* handle = module->sysData();
-  auto rxInit = reinterpret_cast<void (*)()>(dlsym(handle, "_ZN14DecorationDuct6rxInitEv"));
-  auto rxUninit = reinterpret_cast<void (*)()>(dlsym(handle, "_ZN14DecorationDuct8rxUninitEv"));
-  ASSERT_NE(rxInit, nullptr);
-  ASSERT_NE(rxUninit, nullptr);
-  rxInit();
-  OdRxClass* duct = odrxGetClass(OD_T("DecorationDuct"));
-  ASSERT_NE(duct, nullptr);
-  EXPECT_EQ(duct->myParent()->name(), OD_T("DecorationPipe"));
-  EXPECT_EQ(duct->dxfName(), OD_T("DECORATIONDUCT"));
-  EXPECT_EQ(duct->proxyFlags(), 3071u);
-  EXPECT_EQ(duct->getClassVersion(), 33);
-  EXPECT_EQ(codeOf(rxInit), 313);
-  rxUninit();
-  EXPECT_EQ(odrxGetClass(OD_T("DecorationDuct")), nullptr);
-  EXPECT_EQ(codeOf(rxUninit), 255);
-}
-
 /// A host-side property extension on a platform class, which unloading must leave alone.
 class HostLinePropertyPE : public PropertyPE {};
 

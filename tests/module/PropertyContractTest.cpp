@@ -95,16 +95,14 @@ TEST_F(PropertyContract, DimensionMenusCopyTheHostEntriesInOrderAndSkipMissingId
 }
 
 TEST_F(PropertyContract, TextEditingCallbacksClaimNoEntityYet) {
-  for (const char16_t* name :
-       {u"OdDbAnnotate", u"OdDbDimCoor", u"OdDbNewDimCoor", u"OdDbGeoRect"}) {
-    OdDbEntityPtr entity = addEntity(name);
-    OdSmartPtr<OdDbEntity> text;
-    int kind = 7;
-    EXPECT_FALSE(EntEditTextOper::pickText(entity, OdGePoint3d(), text, kind)) << utf8(name);
-    EXPECT_TRUE(text.isNull());
-    EXPECT_EQ(kind, 7);
-    EXPECT_FALSE(EntEditTextOper::commitText(entity, entity, OD_T("x"), OdDbEntityPtr()));
-  }
+  // The module's one pair of callbacks answers the same for every class.
+  OdDbEntityPtr entity = addEntity(OD_T("OdDbDimCoor"));
+  OdSmartPtr<OdDbEntity> text;
+  int kind = 7;
+  EXPECT_FALSE(EntEditTextOper::pickText(entity, OdGePoint3d(), text, kind));
+  EXPECT_TRUE(text.isNull());
+  EXPECT_EQ(kind, 7);
+  EXPECT_FALSE(EntEditTextOper::commitText(entity, entity, OD_T("x"), OdDbEntityPtr()));
 }
 
 } // namespace

@@ -8,19 +8,6 @@ namespace {
 
 using RegistrationTest = LoadedModule;
 
-TEST_F(RegistrationTest, RegistersFiftySevenConstructibleClasses) {
-  // Names, parents, DXF and application names, flags, versions and extensions of every class
-  // are compared with the registration table by the application's tests (tools/).
-  const OdArray<OdRxClass*> classes = moduleClasses();
-  ASSERT_EQ(classes.size(), 57u);
-  for (OdRxClass* cls : classes) {
-    SCOPED_TRACE(utf8(cls->name()));
-    OdRxObjectPtr instance = cls->create();
-    ASSERT_FALSE(instance.isNull());
-    EXPECT_EQ(instance->isA(), cls);
-  }
-}
-
 TEST_F(RegistrationTest, SharedDxfNamesKeepBothClassesAndResolveToTheFirstRegistered) {
   struct Row {
     const char16_t* dxfName;

