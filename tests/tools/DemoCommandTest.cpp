@@ -1,6 +1,5 @@
-// `custents demo` and the sample drawing behind it: the shapes' geometry as the host computes
-// it, entities built from DWG records through the run-time class tree, and the pictures the
-// built application writes.
+// `custents demo` and the sample drawing behind it: refused shapes and records, and the
+// pictures the built application writes.
 
 #include "DemoCommand.h"
 #include "ModuleSession.h"
@@ -13,7 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <memory>
@@ -27,13 +25,6 @@ namespace {
 using namespace custents::sample;
 
 const std::string kModulePath = std::string(CUSTENTS_BIN_DIR) + "/CustEnts.tx";
-const double kPi = 3.14159265358979323846;
-
-void expectPoint(const OdGePoint3d& actual, double x, double y, double z) {
-  EXPECT_NEAR(actual.x, x, 1e-9);
-  EXPECT_NEAR(actual.y, y, 1e-9);
-  EXPECT_NEAR(actual.z, z, 1e-9);
-}
 
 /// Width and height from a PNG's IHDR chunk, or {0, 0} when the bytes are not a PNG.
 std::pair<unsigned, unsigned> pngSize(const std::string& png) {
@@ -57,18 +48,6 @@ protected:
   std::unique_ptr<ModuleSession> session;
 };
 
-// --- Geometry -------------------------------------------------------------------------------
-
-TEST(SampleGeometry, RectangleFromDiagonalPutsTheUngivenCornersAtZeroHeight) {
-  const RectangleShape shape = rectangleFromDiagonal(OdGePoint3d(1, 2, 4), OdGePoint3d(11, 7, 8));
-  expectPoint(shape.corners[0], 1, 2, 4);
-  expectPoint(shape.corners[1], 11, 2, 0);
-  expectPoint(shape.corners[2], 11, 7, 8);
-  expectPoint(shape.corners[3], 1, 7, 0);
-  expectPoint(shape.center, 6, 4.5, 6);
-  expectPoint(shape.rotatePt, 6, 54.5, 6);
-}
-
 TEST(SampleGeometry, DegenerateShapesAreRefused) {
   const OdGePoint3d o(0, 0, 0);
   EXPECT_THROW(rectangleFromDiagonal(o, OdGePoint3d(0, 5, 0)), std::invalid_argument);
@@ -81,22 +60,6 @@ TEST(SampleGeometry, DegenerateShapesAreRefused) {
     EXPECT_THROW(regularPolygonVertices(o, OdGePoint3d(1, 0, 0), sides), std::invalid_argument)
         << sides;
   EXPECT_THROW(polygonRecord(o, OdGePoint3d(1, 0, 0), 2), std::invalid_argument);
-}
-
-TEST(SampleGeometry, RegularPolygonRunsCounterClockwiseFromTheStartVertex) {
-  for (int sides : {3, 6, 12}) {
-    SCOPED_TRACE(sides);
-    const OdGePoint3d c(5, -5, 0);
-    const OdGePoint3dArray vertices = regularPolygonVertices(c, OdGePoint3d(8, -1, 0), sides);
-    ASSERT_EQ(vertices.size(), static_cast<unsigned>(sides));
-    expectPoint(vertices[0], 8, -1, 0);
-    for (unsigned i = 0; i < vertices.size(); ++i) {
-      EXPECT_NEAR(vertices[i].distanceTo(c), 5.0, 1e-9);
-      const OdGeVector3d a = vertices[i] - c;
-      const OdGeVector3d b = vertices[(i + 1) % vertices.size()] - c;
-      EXPECT_NEAR(std::atan2(a.crossProduct(b).z, a.dotProduct(b)), 2 * kPi / sides, 1e-9);
-    }
-  }
 }
 
 // --- Entities from records ------------------------------------------------------------------
@@ -121,24 +84,6 @@ TEST_F(SampleDrawingTest, RecordsOfUnknownClassesAndWrongLayoutsAreRefused) {
     filer.wrDouble(1.0);
   };
   EXPECT_THROW(createFromRecord(db.get(), longer, 1), std::runtime_error);
-}
-
-TEST_F(SampleDrawingTest, DraggingAPolygonVertexMovesThatVertexAlone) {
-  OdDbDatabasePtr db = OdDbDatabase::createObject();
-  OdDbEntityPtr polygon =
-      createFromRecord(db.get(), polygonRecord(OdGePoint3d(0, 0, 0), OdGePoint3d(10, 0, 0), 6), 1);
-  OdGePoint3dArray before;
-  ASSERT_EQ(polygon->getStretchPoints(before), eOk);
-  ASSERT_EQ(before.size(), 6u);
-
-  dragGrip(polygon.get(), OdGePoint3d(9.5, 0.5, 0), OdGeVector3d(2, 3, 0));
-
-  OdGePoint3dArray after;
-  ASSERT_EQ(polygon->getStretchPoints(after), eOk);
-  ASSERT_EQ(after.size(), 6u);
-  expectPoint(after[0], 12, 3, 0);
-  for (unsigned i = 1; i < 6; ++i)
-    EXPECT_TRUE(after[i].isEqualTo(before[i])) << i;
 }
 
 TEST_F(SampleDrawingTest, PropertyTextGoesThroughTheGridRowOfThatLabel) {
