@@ -63,6 +63,30 @@ TEST_F(PropsJson, ListsEveryEntityOfTheSampleDrawingInOrder) {
   }
 }
 
+TEST_F(PropsJson, GroupsAndRowsCarryEveryFieldOfThePage) {
+  const std::vector<const rapidjson::Value*> rects = pagesOf("OdDbGeoRect");
+  ASSERT_FALSE(rects.empty());
+  const rapidjson::Value& groups = (*rects[0])["groups"];
+  ASSERT_EQ(groups.Size(), 2u);
+  EXPECT_EQ(str(groups[0]["caption"]), "常规");
+  EXPECT_EQ(groups[0]["count"].GetInt(), 5);
+  EXPECT_EQ(str(groups[1]["caption"]), "几何图形");
+  EXPECT_EQ(groups[1]["flag"].GetInt(), 1);
+  EXPECT_EQ(groups[1]["count"].GetInt(), 4);
+  const rapidjson::Value& rows = groups[1]["rows"];
+  ASSERT_EQ(rows.Size(), 4u);
+  const char* labels[] = {"长", "宽", "周长", "面积"};
+  for (rapidjson::SizeType i = 0; i < 4; ++i) {
+    EXPECT_EQ(str(rows[i]["label"]), labels[i]);
+    EXPECT_EQ(rows[i]["index"].GetInt(), static_cast<int>(i));
+    EXPECT_EQ(rows[i]["editable"].GetBool(), i < 2) << labels[i];
+    EXPECT_EQ(str(rows[i]["tip"]), std::string(i < 2 ? "修改矩形的" : "查看矩形的") + labels[i]);
+    EXPECT_EQ(str(rows[i]["valueType"]), "Double");
+    EXPECT_EQ(rows[i]["editorKind"].GetInt(), 0);
+    EXPECT_TRUE(rows[i]["value"].IsNumber());
+  }
+}
+
 TEST_F(PropsJson, EntitiesWithoutAnExtensionGetTheCommonGroup) {
   std::vector<const rapidjson::Value*> plain = pagesOf("OdDbMesuarData");
   const std::vector<const rapidjson::Value*> hatches = pagesOf("OdDbHatch");
