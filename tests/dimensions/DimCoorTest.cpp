@@ -193,10 +193,6 @@ TEST(DimCoor, SetTxtAccLabelsNorthingAsXUnderTheSurveyConvention) {
     EXPECT_EQ(dim->GetXName(), custents::formatCoordinate(dim->getXFormat(), 100.0));
     EXPECT_EQ(dim->GetYName(), custents::formatCoordinate(dim->getYFormat(), 200.0));
   }
-  ScopedPrecision none(nullptr);
-  OdDbDimCoorPtr dim = dimAt({100.4, 200.6, 0}, {});
-  dim->setTxtAcc();
-  EXPECT_EQ(dim->getXText(), OdString(u"X=201")) << "no setting means no decimals";
 }
 
 TEST(DimCoor, EmptyTextsAreFilledInWithoutTheSwap) {

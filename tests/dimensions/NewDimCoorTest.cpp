@@ -67,22 +67,6 @@ void expectTextsAt(const OdDbNewDimCoor* dim, const OdGePoint3d& base, const OdG
   }
 }
 
-TEST(NewDimCoor, ANewDimensionIsGreenAndLabelsTheOriginWithTwoDecimals) {
-  OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
-  EXPECT_TRUE(dim->getXUp());
-  EXPECT_EQ(dim->dimColor(), trueColor(0, 255, 0));
-  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=0.00"));
-  EXPECT_EQ(dim->getYTextObj()->contents(), OdString(u"Y=0.00"));
-  EXPECT_TRUE(dim->getThirdTextObj()->contents().isEmpty());
-  for (const OdDbMTextPtr& text : textsOf(dim)) {
-    EXPECT_EQ(text->color(), trueColor(0, 255, 0));
-    EXPECT_EQ(text->textHeight(), 2.5);
-  }
-  // (6 + 1) * 2.5 * 0.75 to the right.
-  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(13.125, 0, 0)));
-  expectTextsAt(dim, OdGePoint3d::kOrigin, OdGeVector3d::kXAxis, OdGeVector3d::kYAxis, 2.5);
-}
-
 TEST(NewDimCoor, SetTxtAccLabelsNorthingAsXUnderTheSurveyConventionAndFillInDoesNot) {
   struct Case {
     int precision;
