@@ -46,8 +46,11 @@ template <class T> OdDbObjectPtr typical(OdDbDatabase*) {
   else if (OdDbLinePtr line = OdDbLine::cast(object.get())) {
     line->setStartPoint(OdGePoint3d(1, 2, 0));
     line->setEndPoint(OdGePoint3d(9, 7, 0));
-  } else if (OdDbPointPtr point = OdDbPoint::cast(object.get()))
+    line->setThickness(0.75);
+  } else if (OdDbPointPtr point = OdDbPoint::cast(object.get())) {
     point->setPosition(OdGePoint3d(4, -3, 2));
+    point->setThickness(0.75);
+  }
   return object;
 }
 
@@ -113,6 +116,7 @@ OdDbObjectPtr arc(OdDbDatabase*) {
   arc->setRadius(5);
   arc->setStartAngle(0.3);
   arc->setEndAngle(2.2);
+  arc->setThickness(0.75);
   return arc;
 }
 
@@ -142,6 +146,9 @@ OdDbObjectPtr text(OdDbDatabase*) {
   text->setHeight(2.5);
   text->setRotation(0.4);
   text->setTextString(u"坐标 A-1");
+  // Centred, so that the alignment point is filed and drawn from.
+  text->setHorizontalMode(OdDb::kTextCenter);
+  text->setAlignmentPoint(OdGePoint3d(8, 5, 0));
   return text;
 }
 

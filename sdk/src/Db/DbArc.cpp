@@ -555,12 +555,14 @@ OdResult OdDbArc::subTransformBy(const OdGeMatrix3d& xform) {
     std::swap(startVector, endVector);
   const OdGeMatrix3d newToPlane = OdGeMatrix3d::worldToPlane(newNormal);
   assertWriteEnabled();
+  // The extrusion vector follows the matrix; measured along the new normal it is the new
+  // thickness, which changes sign where the normal turned against it.
+  m_thickness *= (xform * m_normal).dotProduct(newNormal);
   m_center = xform * m_center;
   m_normal = newNormal;
   m_radius *= scale;
   m_startAngle = normalizedAngle((newToPlane * startVector).convert2d().angle());
   m_endAngle = normalizedAngle((newToPlane * endVector).convert2d().angle());
-  m_thickness *= xform.scale();
   return eOk;
 }
 

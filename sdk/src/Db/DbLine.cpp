@@ -333,7 +333,8 @@ OdResult OdDbLine::subTransformBy(const OdGeMatrix3d& xform) {
   m_start = xform * m_start;
   m_end = xform * m_end;
   m_normal = normal.normal();
-  m_thickness *= xform.scale();
+  // The extrusion is the normal carried through the matrix: its new length is the scale.
+  m_thickness *= normal.length();
   return eOk;
 }
 

@@ -202,7 +202,9 @@ OdResult OdDbPoint::subTransformBy(const OdGeMatrix3d& xform) {
   m_position = xform * m_position;
   m_normal = newNormal;
   m_ecsRotation = rotation;
-  m_thickness *= xform.scale();
+  // The extrusion is the normal carried through the matrix: its new length is the scale, and
+  // a mirror that keeps the normal's side keeps the thickness's side too.
+  m_thickness *= normal.length();
   return eOk;
 }
 

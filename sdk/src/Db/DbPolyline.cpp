@@ -1036,8 +1036,10 @@ OdResult OdDbPolyline::subTransformBy(const OdGeMatrix3d& xform) {
     vertex.endWidth *= widthScale;
   }
   m_elevation = (newToPlane * (xform * toWorld(toWorldMatrix, OdGePoint2d::kOrigin))).z;
+  // The extrusion vector follows the matrix; measured along the new normal it is the new
+  // thickness, which changes sign where the normal turned against it.
+  m_thickness *= (xform * m_normal).dotProduct(newNormal);
   m_normal = newNormal;
   m_constantWidth *= widthScale;
-  m_thickness *= xform.scale();
   return eOk;
 }
