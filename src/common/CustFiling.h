@@ -5,12 +5,29 @@
 
 #include "DbFiler.h"
 #include "DbObject.h"
+#include "Ge/GeFinite.h"
+
+#include <cmath>
 
 namespace custents {
 
 /// The result every class of the module returns for a stream it refuses to read (a version it
 /// does not know): the platform's eNotImplementedYet, value 1. Callers compare against 1.
 const OdResult kRefusedVersion = eNotImplementedYet;
+
+/// The result for a stream that holds a value no object of the class can have: a coordinate or
+/// size that is not a finite number. Such a stream is damaged (or forged, as a proxy in a foreign
+/// file may be), and an object read from it would carry the damage into everything drawn,
+/// measured or transformed from it.
+const OdResult kDamagedStream = eDwgObjectImproperlyRead;
+
+inline bool isFiniteValue(double value) { return std::isfinite(value); }
+inline bool isFiniteValue(const OdGePoint3d& point) { return odgeIsFinite(point); }
+
+/// Whether every value read is finite; readers refuse the stream with kDamagedStream if not.
+template <class... Values> bool allFinite(const Values&... values) {
+  return (isFiniteValue(values) && ...);
+}
 
 /// The shared DXF reading routine of the module's classes: asserts write access and returns
 /// the refusal without reading anything, not even the base class's data. DXF therefore carries

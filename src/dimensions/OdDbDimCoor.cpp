@@ -360,8 +360,9 @@ OdResult OdDbDimCoor::dwgInFields(OdDbDwgFiler* filer) {
   const double version = filer->rdDouble();
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
-  // Small rounding in a stored version is tolerated; NaN is refused with the newer versions.
-  if (!(version <= s_kCurrentVersion + 1e-10))
+  // Small rounding in a stored version is tolerated; NaN and infinities are refused with the
+  // newer versions.
+  if (!(version <= s_kCurrentVersion + 1e-10) || !std::isfinite(version))
     return custents::kRefusedVersion;
   const OdGePoint3d startPt = filer->rdPoint3d();
   const OdGePoint3d dimPt = filer->rdPoint3d();
@@ -382,6 +383,8 @@ OdResult OdDbDimCoor::dwgInFields(OdDbDwgFiler* filer) {
   }
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
+  if (!custents::allFinite(startPt, dimPt, endPt, txtHeight, txtOffsetX, txtOffsetY, txtGap))
+    return custents::kDamagedStream;
   m_startPt = startPt;
   m_dimPt = dimPt;
   m_endPt = endPt;

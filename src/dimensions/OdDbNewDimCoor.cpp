@@ -406,6 +406,8 @@ OdResult OdDbNewDimCoor::dwgInFields(OdDbDwgFiler* filer) {
   dimColor.dwgIn(filer);
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
+  if (!custents::allFinite(startPt, dimPt, endPt))
+    return custents::kDamagedStream;
   // The texts are read into new objects, so that a stream that fails half-way changes nothing.
   OdDbMTextPtr texts[3];
   for (OdDbMTextPtr& text : texts) {

@@ -95,6 +95,11 @@ template <class Derived> OdResult GeoRectBody<Derived>::dwgInFields(OdDbDwgFiler
   read.rotatePt = filer->rdPoint3d();
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
+  for (const OdGePoint3d& corner : read.corners)
+    if (!custents::allFinite(corner))
+      return custents::kDamagedStream;
+  if (!custents::allFinite(read.center, read.rotatePt))
+    return custents::kDamagedStream;
   m_rect = read;
   return eOk;
 }

@@ -6,6 +6,7 @@
 #include "OdError.h"
 #include "common/CustFiling.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -173,6 +174,10 @@ OdResult OdDbGeoPolygon::dwgInFields(OdDbDwgFiler* filer) {
     vertices.append(filer->rdPoint3d());
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
+  if (!custents::allFinite(center, startPt) ||
+      !std::all_of(vertices.begin(), vertices.end(),
+                   [](const OdGePoint3d& vertex) { return custents::allFinite(vertex); }))
+    return custents::kDamagedStream;
   m_vertexCount = vertexCount;
   m_center = center;
   m_startPt = startPt;

@@ -102,6 +102,8 @@ OdResult OdDbGeoTriangle::dwgInFields(OdDbDwgFiler* filer) {
   const OdGePoint3d rotatePt = filer->rdPoint3d();
   if (filer->filerStatus() != eOk)
     return filer->filerStatus();
+  if (!custents::allFinite(vertices[0], vertices[1], vertices[2], center, rotatePt))
+    return custents::kDamagedStream;
   for (int i = 0; i < 3; ++i)
     m_vertices[i] = vertices[i];
   m_center = center;

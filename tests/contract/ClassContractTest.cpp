@@ -211,6 +211,40 @@ TEST_P(ClassContract, StreamsCutAtAnyByteFailCleanly) {
   }
 }
 
+/// Writes one double, picked by its place among the doubles written, as another value: what a
+/// damaged file or a hostile proxy may hold where a coordinate, size or angle belongs.
+class SpoilingFiler : public Filer {
+public:
+  SpoilingFiler(int spoiled, double value) : m_spoiled(spoiled), m_value(value) {}
+  void wrDouble(double value) override {
+    Filer::wrDouble(m_written++ == m_spoiled ? m_value : value);
+  }
+  int written() const { return m_written; }
+
+private:
+  int m_spoiled;
+  double m_value;
+  int m_written = 0;
+};
+
+TEST_P(ClassContract, NonNumbersInAStreamAreRefused) {
+  SpoilingFiler counter(-1, 0.0);
+  counter.openForWrite(db);
+  object->dwgOutFields(&counter);
+  for (double bad : {std::numeric_limits<double>::quiet_NaN(),
+                     -std::numeric_limits<double>::infinity()}) {
+    for (int spoiled = 0; spoiled < counter.written(); ++spoiled) {
+      SpoilingFiler writer(spoiled, bad);
+      writer.openForWrite(db);
+      object->dwgOutFields(&writer);
+      Filer reader;
+      openReader(reader, streamsOf(writer), db);
+      OdDbObjectPtr target = build();
+      EXPECT_NE(target->dwgInFields(&reader), eOk) << bad << " as double " << spoiled;
+    }
+  }
+}
+
 TEST_P(ClassContract, NewerVersionIsRefusedWithNothingReadBeyondIt) {
   const Row& row = GetParam();
   if (row.version == Version::None || has(kOwnVersionRule))

@@ -297,8 +297,9 @@ TEST(DimCoor, DrawsAndExplodesLeaderShoulderAndBothTextsInTheirColours) {
   }
 }
 
+// A height that is no number does not get this far: the stream is refused.
 TEST(DimCoor, UnusableTextHeightsDrawTheLinesOnly) {
-  for (double height : {0.0, -1.0, std::nan(""), std::numeric_limits<double>::infinity()}) {
+  for (double height : {0.0, -1.0}) {
     SCOPED_TRACE(height);
     Record r;
     r.txtHeight = height;

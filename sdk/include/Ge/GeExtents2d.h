@@ -37,8 +37,6 @@ public:
   /// Invalid extents contain nothing.
   bool contains(const OdGePoint2d& point, const OdGeTol& tol = OdGeContext::gTol) const;
   bool contains(const OdGeExtents2d& extents, const OdGeTol& tol = OdGeContext::gTol) const;
-  /// Invalid extents are disjoint from everything; touching rectangles are not disjoint.
-  bool isDisjoint(const OdGeExtents2d& extents, const OdGeTol& tol = OdGeContext::gTol) const;
 
   /// Invalid extents are all equal to each other, whatever corners they hold.
   bool isEqualTo(const OdGeExtents2d& extents, const OdGeTol& tol = OdGeContext::gTol) const;

@@ -49,23 +49,9 @@ public:
   /// The vector from minPoint to maxPoint; zero for invalid extents.
   OdGeVector3d diagonal() const;
 
-  // Containment and overlap. Invalid extents contain nothing, and nothing contains or
-  // touches them. Boxes that share only a face, edge or corner are not disjoint.
+  // Containment. Invalid extents contain nothing, and nothing contains them.
   bool contains(const OdGePoint3d& point, const OdGeTol& tol = OdGeContext::gTol) const;
   bool contains(const OdGeExtents3d& extents, const OdGeTol& tol = OdGeContext::gTol) const;
-  bool isDisjoint(const OdGeExtents3d& extents, const OdGeTol& tol = OdGeContext::gTol) const;
-
-  enum IntersectionStatus {
-    kIntersectUnknown, ///< One of the extents is invalid.
-    kIntersectNot,     ///< The boxes are disjoint.
-    kIntersectOpIn,    ///< The argument lies inside this box.
-    kIntersectOpOut,   ///< This box lies inside the argument.
-    kIntersectOk       ///< The boxes overlap without either holding the other.
-  };
-  /// Classifies the overlap and, when pResult is given, stores the common box there (invalid
-  /// extents when the boxes are disjoint or one is invalid).
-  IntersectionStatus intersectWith(const OdGeExtents3d& extents,
-                                   OdGeExtents3d* pResult = nullptr) const;
 
   bool isEqualTo(const OdGeExtents3d& extents, const OdGeTol& tol = OdGeContext::gTol) const;
   /// Invalid extents are all equal to each other, whatever corners they hold.

@@ -45,14 +45,6 @@ bool OdGeExtents2d::contains(const OdGeExtents2d& extents, const OdGeTol& tol) c
   return contains(extents.m_min, tol) && contains(extents.m_max, tol);
 }
 
-bool OdGeExtents2d::isDisjoint(const OdGeExtents2d& extents, const OdGeTol& tol) const {
-  if (!isValidExtents() || !extents.isValidExtents())
-    return true;
-  const double t = tol.equalPoint();
-  return extents.m_min.x > m_max.x + t || extents.m_max.x < m_min.x - t ||
-         extents.m_min.y > m_max.y + t || extents.m_max.y < m_min.y - t;
-}
-
 bool OdGeExtents2d::isEqualTo(const OdGeExtents2d& extents, const OdGeTol& tol) const {
   const bool valid = isValidExtents();
   if (valid != extents.isValidExtents())

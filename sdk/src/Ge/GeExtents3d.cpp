@@ -92,44 +92,6 @@ bool OdGeExtents3d::contains(const OdGeExtents3d& extents, const OdGeTol& tol) c
   return contains(extents.m_min, tol) && contains(extents.m_max, tol);
 }
 
-bool OdGeExtents3d::isDisjoint(const OdGeExtents3d& extents, const OdGeTol& tol) const {
-  if (!isValidExtents() || !extents.isValidExtents())
-    return true;
-  const double t = tol.equalPoint();
-  for (unsigned int i = 0; i < 3; ++i) {
-    if (extents.m_min[i] > m_max[i] + t || extents.m_max[i] < m_min[i] - t)
-      return true;
-  }
-  return false;
-}
-
-OdGeExtents3d::IntersectionStatus OdGeExtents3d::intersectWith(const OdGeExtents3d& extents,
-                                                               OdGeExtents3d* pResult) const {
-  if (pResult)
-    *pResult = OdGeExtents3d();
-  if (!isValidExtents() || !extents.isValidExtents())
-    return kIntersectUnknown;
-  if (isDisjoint(extents))
-    return kIntersectNot;
-  if (pResult) {
-    OdGePoint3d lo;
-    OdGePoint3d hi;
-    for (unsigned int i = 0; i < 3; ++i) {
-      lo[i] = std::max(m_min[i], extents.m_min[i]);
-      hi[i] = std::min(m_max[i], extents.m_max[i]);
-      // Boxes that miss each other by less than the tolerance touch; their common box is flat.
-      if (lo[i] > hi[i])
-        lo[i] = hi[i] = (lo[i] + hi[i]) / 2.0;
-    }
-    pResult->set(lo, hi);
-  }
-  if (contains(extents))
-    return kIntersectOpIn;
-  if (extents.contains(*this))
-    return kIntersectOpOut;
-  return kIntersectOk;
-}
-
 bool OdGeExtents3d::isEqualTo(const OdGeExtents3d& extents, const OdGeTol& tol) const {
   const bool valid = isValidExtents();
   if (valid != extents.isValidExtents())
