@@ -302,6 +302,8 @@ void addToDrawing(OdDbDatabase* db, OdDbObject* object, const OdString& key) {
 
 TEST_P(ClassContract, DrawingOfOneObjectSavesLoadsAndSavesTheSameBytes) {
   addToDrawing(db, object, OD_T("CONTRACT_OBJECT"));
+  // A turned UCS, so that the header's axes are kept coordinate by coordinate.
+  db->setUcs(OdGePoint3d(1, 2, 3), OdGeVector3d(0.6, 0.8, 0), OdGeVector3d(-0.8, 0.6, 0));
   const std::string first = scratchPath("first.dxf"), second = scratchPath("second.dxf");
   OdString error;
   ASSERT_EQ(odDbWriteDxf(db, OdString(first.c_str()), &error), eOk) << error.toUtf8();
@@ -313,6 +315,9 @@ TEST_P(ClassContract, DrawingOfOneObjectSavesLoadsAndSavesTheSameBytes) {
   OdDbObjectPtr back = loaded->getOdDbObjectId(object->objectId().getHandle())
                            .safeOpenObject(OdDb::kForRead);
   EXPECT_EQ(back->isA(), object->isA());
+  if (back->isA()->isDerivedFrom(OdDbEntity::desc())) {
+    EXPECT_EQ(back->ownerId(), loaded->getModelSpaceId());
+  }
   // A module object travels as its DWG record, so it comes back field for field; a standard
   // entity travels as DXF groups, whose angles in degrees may come back one ulp off.
   if (odDbDxfIsProxyClass(object->isA())) {

@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -79,6 +81,31 @@ TEST(ArcTest, BadValuesInStreamAreRefused) {
     EXPECT_EQ(eInvalidInput, arc->dwgInFields(&filer));
     EXPECT_EQ(7.0, arc->radius());
     EXPECT_EQ(OdGePoint3d(5.0, 5.0, 0.0), arc->center());
+  }
+}
+
+// Snaps lie on the arc's sweep only; tangents exist from outside the circle only.
+TEST(ArcTest, ObjectSnapsOnTheSweep) {
+  OdDbArcPtr arc = makeArc(OdGePoint3d(1, 1, 0), 2.0, 0.0, 180.0);
+  const double s3 = std::sqrt(3.0);
+  const struct {
+    OdDb::OsnapMode mode;
+    OdGePoint3d last;
+    std::vector<OdGePoint3d> expected;
+  } cases[] = {
+      {OdDb::kOsModeQuad, {}, {{3, 1, 0}, {1, 3, 0}, {-1, 1, 0}}},
+      {OdDb::kOsModePerp, {1, 5, 0}, {{1, 3, 0}}},
+      {OdDb::kOsModeTan, {1, 5, 0}, {{1 + s3, 2, 0}, {1 - s3, 2, 0}}},
+      {OdDb::kOsModeTan, {1, 2, 0}, {}},  // inside
+      {OdDb::kOsModeTan, {1, 3, 0}, {}},  // on the circle
+      {OdDb::kOsModeTan, {1, -3, 0}, {}}, // tangent points off the sweep
+  };
+  for (const auto& c : cases) {
+    OdGePoint3dArray snaps;
+    ASSERT_EQ(eOk, arc->getOsnapPoints(c.mode, 0, c.last, c.last, OdGeMatrix3d::kIdentity, snaps));
+    ASSERT_EQ(c.expected.size(), snaps.size()) << c.mode;
+    for (std::size_t i = 0; i < c.expected.size(); ++i)
+      expectPoint(c.expected[i], snaps[static_cast<unsigned>(i)]);
   }
 }
 

@@ -99,6 +99,22 @@ void checkCases(const std::vector<Case>& cases) {
 typedef OdGePoint3d P;
 constexpr OdDb::Intersect kOnBoth = OdDb::kOnBothOperands, kExtThis = OdDb::kExtendThis;
 
+TEST(IntersectTest, LinesWithLines) {
+  const OdDbEntityPtr base = line(P(0, 0, 0), P(4, 0, 0));
+  const OdDbEntityPtr beyond = line(P(6, 0, 0), P(9, 0, 0));
+  const std::vector<Case> cases = {
+      {"crossing", line(P(0, 4, 0), P(4, -4, 0)), base, kOnBoth, {P(2, 0, 0)}},
+      {"collinear, overlapping: the overlap's ends", base, line(P(6, 0, 0), P(2, 0, 0)), kOnBoth,
+       {P(2, 0, 0), P(4, 0, 0)}},
+      {"collinear, end to end", base, line(P(4, 0, 0), P(7, 0, 0)), kOnBoth, {P(4, 0, 0)}},
+      {"collinear, apart", base, beyond, kOnBoth, {}},
+      {"collinear, apart, extended to the other", base, beyond, kExtThis,
+       {P(6, 0, 0), P(9, 0, 0)}},
+      {"parallel", base, line(P(0, 1, 0), P(4, 1, 0)), kOnBoth, {}},
+  };
+  checkCases(cases);
+}
+
 TEST(IntersectTest, LinesWithArcs) {
   const double s3 = std::sqrt(3.0);
   const OdDbEntityPtr half = arc(P(0, 0, 0), 2.0, 0.0, 180.0);

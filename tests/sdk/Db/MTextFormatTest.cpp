@@ -54,6 +54,7 @@ TEST(MTextFormat, CodesResolveToPlainText) {
       {"\\H-1;x", "\\H-1;x"},
       {"\\Habc;x", "\\Habc;x"},
       {"\\C300;x", "\\C300;x"},
+      {"\\C1x;x", "\\C1x;x"},
       {"\\fArial", "\\fArial"},
       {"\\H2\nb;", "\\H2\r\nb;"},          // a value cannot run over a break
       {"\\fArial\\Pb;", "\\fArial\r\nb;"}, // nor over another code

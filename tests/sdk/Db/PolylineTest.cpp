@@ -219,6 +219,24 @@ TEST_F(PolylineTest, GripsAndStretchMoveVertices) {
   expectPoint(OdGePoint3d(1.0, 2.0, 1.0), worldPoint(pline, 2));
 }
 
+// The nearest point of the nearest segment, a vertex where that is nearest.
+TEST_F(PolylineTest, ClosestPointIsOnTheNearestSegment) {
+  OdDbPolylinePtr pline = makePolyline({{0, 0, 0}, {10, 0, 0}, {10, 10, 0}});
+  const struct {
+    OdGePoint3d given, closest;
+  } cases[] = {{{5, 1, 0}, {5, 0, 0}},         {{11, 5, 3}, {10, 5, 0}},
+               {{9, 0.5, 0}, {9, 0, 0}},       {{-3, -4, 0}, {0, 0, 0}},
+               {{12, 14, 0}, {10, 10, 0}},     {{10.5, -0.5, 0}, {10, 0, 0}}};
+  for (const auto& c : cases) {
+    OdGePoint3d closest;
+    ASSERT_EQ(eOk, pline->getClosestPointTo(c.given, closest));
+    expectPoint(c.closest, closest);
+  }
+  double param = 0.0;
+  ASSERT_EQ(eOk, pline->getParamAtPoint(OdGePoint3d(10, 7.5, 0), param));
+  EXPECT_NEAR(1.75, param, 1e-12);
+}
+
 TEST_F(PolylineTest, ExtentsIncludeArcBulgesOfEverySegment) {
   const struct {
     const char* name;

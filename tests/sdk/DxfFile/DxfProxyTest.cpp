@@ -19,6 +19,7 @@
 #include <cstdio>
 #include <fstream>
 #include <functional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -35,7 +36,7 @@ public:
   OdGePoint3d center;
   double radius = 1.0;
   OdString label;
-  OdDbObjectId marker; // hard pointer to a layer
+  OdDbObjectId marker; // a layer, filed as a reference of each of the four kinds
 
   OdResult dwgInFields(OdDbDwgFiler* filer) override {
     const OdResult base = OdDbEntity::dwgInFields(filer);
@@ -47,6 +48,9 @@ public:
     radius = filer->rdDouble();
     label = filer->rdString();
     marker = filer->rdHardPointerId();
+    if (filer->rdSoftPointerId() != marker || filer->rdHardOwnershipId() != marker ||
+        filer->rdSoftOwnershipId() != marker)
+      return eDwgObjectImproperlyRead;
     return filer->filerStatus();
   }
   void dwgOutFields(OdDbDwgFiler* filer) const override {
@@ -56,6 +60,9 @@ public:
     filer->wrDouble(radius);
     filer->wrString(label);
     filer->wrHardPointerId(marker);
+    filer->wrSoftPointerId(marker);
+    filer->wrHardOwnershipId(marker);
+    filer->wrSoftOwnershipId(marker);
   }
 
 protected:
@@ -117,17 +124,20 @@ protected:
   }
   std::string file(const char* suffix) const { return base + suffix; }
 
-  /// A drawing with a line and two module shapes on a layer of its own.
+  /// A drawing with lines and two module shapes on a layer of its own, whose handle, after
+  /// the lines', takes two bytes.
   OdDbDatabasePtr drawing() {
     OdDbDatabasePtr db = OdDbDatabase::createObject();
+    OdDbBlockTableRecordPtr space = db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
+    for (int i = 0; i < 300; ++i) {
+      OdDbLinePtr line = OdDbLine::createObject();
+      line->setEndPoint(OdGePoint3d(4, i, 0));
+      space->appendOdDbEntity(line);
+    }
     OdDbLayerTablePtr layers = db->getLayerTableId().safeOpenObject(OdDb::kForWrite);
     OdDbLayerTableRecordPtr layer = OdDbLayerTableRecord::createObject();
     layer->setName("Shapes");
     layerId = layers->add(layer);
-    OdDbBlockTableRecordPtr space = db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
-    OdDbLinePtr line = OdDbLine::createObject();
-    line->setEndPoint(OdGePoint3d(4, 4, 0));
-    space->appendOdDbEntity(line);
     for (int i = 0; i < 2; ++i) {
       OdSmartPtr<ProxyTestShape> shape = ProxyTestShape::createObject();
       shape->center = OdGePoint3d(1.5 + i, -2.25, 0.5);
@@ -144,6 +154,45 @@ protected:
   std::string base;
   OdDbObjectId layerId;
 };
+
+// The proxy's handle groups carry each kind of reference under its own code, and a handle of
+// two bytes comes back as the object it names.
+TEST_F(DxfProxyTest, ReferencesOfEveryKindComeBackAsTheirObjects) {
+  OdDbDatabasePtr db = drawing();
+  const OdString layerHandle = layerId.getHandle().ascii();
+  ASSERT_GT(layerHandle.getLength(), 2);
+  ASSERT_EQ(odDbWriteDxf(db, OdString::fromUtf8(file("a.dxf"))), eOk);
+  const std::string text = readAll(file("a.dxf"));
+  const std::size_t proxy = lineOf(text, "ACAD_PROXY_ENTITY");
+  // The references follow the string data (162) and end with 94; the layer is among them
+  // under each of the four codes.
+  std::istringstream in(text);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(in, line);)
+    lines.push_back(line);
+  const std::size_t strings = lineOf(text, "162", proxy);
+  const std::size_t end = lineOf(text, " 94", strings);
+  std::set<std::string> codes;
+  for (std::size_t at = strings; at + 1 < end; ++at)
+    if (lines[at] == layerHandle.toUtf8())
+      codes.insert(lines[at - 1]);
+  EXPECT_EQ(codes, (std::set<std::string>{"330", "340", "350", "360"}));
+  OdDbDatabasePtr loaded;
+  OdString error;
+  ASSERT_EQ(odDbReadDxf(OdString::fromUtf8(file("a.dxf")), loaded, &error), eOk)
+      << error.toUtf8();
+  OdDbBlockTableRecordPtr space = loaded->getModelSpaceId().safeOpenObject();
+  int shapes = 0;
+  for (const OdDbObjectId& id : space->entityIds()) {
+    OdDbObjectPtr object = id.safeOpenObject();
+    if (ProxyTestShape* shape = dynamic_cast<ProxyTestShape*>(object.get())) {
+      ++shapes;
+      EXPECT_EQ(shape->marker.getHandle(), layerId.getHandle());
+      EXPECT_EQ(shape->layerId(), shape->marker);
+    }
+  }
+  EXPECT_EQ(shapes, 2);
+}
 
 TEST_F(DxfProxyTest, MalformedProxyGroupsAreRefusedWithTheirLine) {
   OdDbDatabasePtr db = drawing();

@@ -201,6 +201,12 @@ TEST(GeMatrix3d, ShapePredicates) {
       {"identity", OdGeMatrix3d::kIdentity, true, true, 1.0},
       {"rotated and scaled", rotation * OdGeMatrix3d::scaling(2.5), true, true, 2.5},
       {"large uniform", OdGeMatrix3d::scaling(1000.0), true, true, 1000.0},
+      // Uniformity is judged relative to the scale: rounding of a large scale is uniform, the
+      // same absolute difference in a small one is not.
+      {"large, rounded", OdGeMatrix3d::scaling(OdGeScale3d(1000, 1000 + 1e-9, 1000)), true, true,
+       1000 + 1e-9},
+      {"small, uneven", OdGeMatrix3d::scaling(OdGeScale3d(1e-3, 1e-3 + 1e-9, 1e-3)), false, true,
+       1e-3 + 1e-9},
       {"mirrored", OdGeMatrix3d::mirroring(OdGePoint3d(), OdGeVector3d(1, 0, 0)), true, true, 1.0},
       {"non-uniform", OdGeMatrix3d::scaling(OdGeScale3d(2, 3, 4)), false, true, 4.0},
       {"stretched along z", OdGeMatrix3d::scaling(OdGeScale3d(1, 1, 2)), false, true, 2.0},
