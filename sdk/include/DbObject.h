@@ -39,12 +39,10 @@ class OdDbObject : public OdRxObject {
 
   bool isReadEnabled() const;
   bool isWriteEnabled() const;
-  bool isNotifyEnabled() const;
   /// Throws OdError(eNotOpenForRead) unless the object may be read.
   void assertReadEnabled() const;
   /// Throws OdError(eNotOpenForWrite) unless the object may be changed.
   void assertWriteEnabled(bool autoUndo = true, bool recordModified = true);
-  void assertNotifyEnabled() const;
   void upgradeOpen();
   void downgradeOpen();
   OdDb::OpenMode openMode() const { return m_openMode; }

@@ -9,6 +9,7 @@
 #include "DbPoint.h"
 #include "DbPolyline.h"
 #include "DbText.h"
+#include "DbTextStyleTable.h"
 #include "dimensions/DimensionClasses.h"
 #include "lines/LineClasses.h"
 #include "markup/KVClasses.h"
@@ -152,8 +153,18 @@ OdDbObjectPtr text(OdDbDatabase*) {
   return text;
 }
 
-OdDbObjectPtr mtext(OdDbDatabase*) {
+OdDbObjectPtr mtext(OdDbDatabase* db) {
   OdDbMTextPtr text = OdDbMText::createObject();
+  // A text style of the drawing's own, named in the DXF groups.
+  OdDbTextStyleTablePtr styles = db->getTextStyleTableId().safeOpenObject(OdDb::kForWrite);
+  OdDbObjectId notes = styles->getAt(OD_T("Notes"));
+  if (notes.isNull()) {
+    OdDbTextStyleTableRecordPtr style = OdDbTextStyleTableRecord::createObject();
+    style->setName(OD_T("Notes"));
+    style->setXScale(0.8);
+    notes = styles->add(style);
+  }
+  text->setTextStyle(notes);
   text->setLocation(OdGePoint3d(2, 3, 0));
   text->setTextHeight(2.0);
   text->setWidth(30);

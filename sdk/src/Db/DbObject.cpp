@@ -54,8 +54,6 @@ bool OdDbObject::isReadEnabled() const { return !m_stub || m_openMode != OdDb::k
 
 bool OdDbObject::isWriteEnabled() const { return !m_stub || m_openMode == OdDb::kForWrite; }
 
-bool OdDbObject::isNotifyEnabled() const { return m_stub && m_openMode == OdDb::kForNotify; }
-
 void OdDbObject::assertReadEnabled() const {
   if (!isReadEnabled())
     throw OdError(eNotOpenForRead);
@@ -64,11 +62,6 @@ void OdDbObject::assertReadEnabled() const {
 void OdDbObject::assertWriteEnabled(bool /*autoUndo*/, bool /*recordModified*/) {
   if (!isWriteEnabled())
     throw OdError(eNotOpenForWrite);
-}
-
-void OdDbObject::assertNotifyEnabled() const {
-  if (!isNotifyEnabled() && !isWriteEnabled())
-    throw OdError(eInvalidOpenState);
 }
 
 void OdDbObject::upgradeOpen() {

@@ -18,6 +18,8 @@ TEST(LineTest, GripsMoveAnEndOrTheWholeLine) {
   EXPECT_EQ(OdGePoint3d(6.0, 4.0, 0.0), line->endPoint());
   EXPECT_EQ(eInvalidIndex, line->moveGripPointsAt(OdIntArray{0, 3}, offset));
   EXPECT_EQ(OdGePoint3d(1.0, 1.0, 0.0), line->startPoint());
+  // Stretch points are the two ends only.
+  EXPECT_EQ(eInvalidIndex, line->moveStretchPointsAt(OdIntArray{2}, offset));
 }
 
 } // namespace
