@@ -109,7 +109,15 @@ OdDbObjectPtr newDimCoor(OdDbDatabase* db) {
 
 OdDbObjectPtr line(OdDbDatabase* db) { return typical<OdDbLine>(db); }
 OdDbObjectPtr point(OdDbDatabase* db) { return typical<OdDbPoint>(db); }
-OdDbObjectPtr polyline(OdDbDatabase* db) { return typical<OdDbPolyline>(db); }
+/// The standard polyline lies in a tilted plane too, with a thickness and a constant width, so
+/// that every optional part of its record is filed.
+OdDbObjectPtr polyline(OdDbDatabase* db) {
+  OdDbPolylinePtr pline = OdDbPolyline::cast(typical<OdDbPolyline>(db));
+  pline->setNormal(OdGeVector3d(0, 0.6, 0.8));
+  pline->setThickness(0.75);
+  pline->setConstantWidth(0.25);
+  return pline;
+}
 
 OdDbObjectPtr arc(OdDbDatabase*) {
   OdDbArcPtr arc = OdDbArc::createObject();

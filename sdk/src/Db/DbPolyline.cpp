@@ -891,14 +891,42 @@ OdResult OdDbPolyline::subGetGeomExtents(OdGeExtents3d& extents) const {
       odgeCircleExtremeAngles(toWorldMatrix.getCsXAxis(), toWorldMatrix.getCsYAxis(), extremes);
   for (const Vertex& vertex : m_vertices)
     extents.addPoint(toWorld(toWorldMatrix, vertex.point));
+  // A segment with width is drawn as a band: its extents are the band's sides, offset by half
+  // the width (which runs from the start width to the end width) to either side.
+  const bool wide = count > 1 && hasWidth();
   for (unsigned int i = 0; i < numSegments(); ++i) {
     const Vertex& from = m_vertices[i];
+    const OdGePoint2d& to = m_vertices[(i + 1) % count].point;
+    const double startHalf = wide ? 0.5 * from.startWidth : 0.0;
+    const double endHalf = wide ? 0.5 * from.endWidth : 0.0;
     OdGeBulgeArc arc;
-    if (!arc.set(from.point, m_vertices[(i + 1) % count].point, from.bulge))
+    if (!arc.set(from.point, to, from.bulge)) {
+      if (wide && from.point.distanceTo(to) > OdGeContext::gTol.equalPoint()) {
+        const OdGeVector2d left = (to - from.point).perpVector().normal();
+        for (double side : {-1.0, 1.0}) {
+          extents.addPoint(toWorld(toWorldMatrix, from.point + left * (side * startHalf)));
+          extents.addPoint(toWorld(toWorldMatrix, to + left * (side * endHalf)));
+        }
+      }
       continue;
-    for (unsigned int k = 0; k < numExtremes; ++k) {
-      if (arc.fractionAtAngle(extremes[k]) >= 0.0)
-        extents.addPoint(toWorld(toWorldMatrix, arc.pointAtAngle(extremes[k])));
+    }
+    for (double side : {-1.0, 1.0}) {
+      const auto offsetAt = [&](double angle, double fraction) {
+        const double half = startHalf + (endHalf - startHalf) * fraction;
+        const OdGePoint2d onArc = arc.pointAtAngle(angle);
+        return onArc + (onArc - arc.center) * (side * half / arc.radius);
+      };
+      if (wide) {
+        extents.addPoint(toWorld(toWorldMatrix, offsetAt(arc.startAngle, 0.0)));
+        extents.addPoint(toWorld(toWorldMatrix, offsetAt(arc.startAngle + arc.sweep, 1.0)));
+      }
+      for (unsigned int k = 0; k < numExtremes; ++k) {
+        const double fraction = arc.fractionAtAngle(extremes[k]);
+        if (fraction >= 0.0)
+          extents.addPoint(toWorld(toWorldMatrix, offsetAt(extremes[k], fraction)));
+      }
+      if (!wide)
+        break;
     }
   }
   return eOk;
@@ -1013,6 +1041,12 @@ OdResult OdDbPolyline::subGetOsnapPoints(OdDb::OsnapMode osnapMode, OdGsMarker /
 }
 
 OdResult OdDbPolyline::subTransformBy(const OdGeMatrix3d& xform) {
+  // The identity keeps the polyline as it is: its plane coordinates carried out of the plane
+  // and back could come back one ulp off.
+  if (xform == OdGeMatrix3d::kIdentity) {
+    assertWriteEnabled();
+    return eOk;
+  }
   const OdGeMatrix3d toWorldMatrix = planeToWorld();
   const OdGeVector3d xAxis = xform * toWorldMatrix.getCsXAxis();
   const OdGeVector3d yAxis = xform * toWorldMatrix.getCsYAxis();
