@@ -91,8 +91,6 @@ class OdDbDictionary : public OdDbObject {
   OdDbObjectId remove(const OdString& name);
   /// As remove(name) for the entry pointing at id; false when none does.
   bool remove(const OdDbObjectId& id);
-  /// Renames an entry; false when oldName is absent or newName empty or taken by another entry.
-  bool setName(const OdString& oldName, const OdString& newName);
 
   OdDb::DuplicateRecordCloning mergeStyle() const;
   void setMergeStyle(OdDb::DuplicateRecordCloning style);

@@ -144,29 +144,6 @@ bool OdDbDictionary::remove(const OdDbObjectId& id) {
   return !name.isEmpty() && !remove(name).isNull();
 }
 
-bool OdDbDictionary::setName(const OdString& oldName, const OdString& newName) {
-  assertReadEnabled();
-  if (newName.isEmpty())
-    return false;
-  const Entry* entry = find(oldName);
-  if (!entry || entry->id.isErased())
-    return false;
-  const Entry* other = find(newName);
-  if (other && other != entry && !other->id.isErased())
-    return false;
-  assertWriteEnabled();
-  std::size_t at = static_cast<std::size_t>(entry - m_entries.data());
-  // An erased entry holding the new name gives way.
-  if (other && other != entry) {
-    const std::size_t otherAt = static_cast<std::size_t>(other - m_entries.data());
-    m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(otherAt));
-    if (otherAt < at)
-      --at;
-  }
-  m_entries[at].name = newName;
-  return true;
-}
-
 OdDb::DuplicateRecordCloning OdDbDictionary::mergeStyle() const {
   assertReadEnabled();
   return m_mergeStyle;
