@@ -59,8 +59,7 @@ public:
   /// Comparison that folds ASCII letters to one case.
   int iCompare(const OdChar* other) const;
 
-  /// Letter case changes apply to ASCII letters; other characters are kept.
-  OdString& makeUpper();
+  /// Lower-cases ASCII letters; other characters are kept.
   OdString& makeLower();
 
   OdString left(int count) const;

@@ -173,6 +173,8 @@ OdDbObjectPtr mtext(OdDbDatabase* db) {
     notes = styles->add(style);
   }
   text->setTextStyle(notes);
+  // The drawing's current style too, which the text takes on with the drawing's defaults.
+  db->setTEXTSTYLE(notes);
   text->setLocation(OdGePoint3d(2, 3, 0));
   text->setTextHeight(2.0);
   text->setWidth(30);

@@ -33,9 +33,6 @@ bool isAsciiSpace(OdChar c) {
 OdChar asciiLower(OdChar c) {
   return (c >= u'A' && c <= u'Z') ? OdChar(c + (u'a' - u'A')) : c;
 }
-OdChar asciiUpper(OdChar c) {
-  return (c >= u'a' && c <= u'z') ? OdChar(c - (u'a' - u'A')) : c;
-}
 
 void appendCodePoint(std::u16string& out, char32_t cp) {
   if (cp < 0x10000) {
@@ -542,11 +539,6 @@ int OdString::iCompare(const OdChar* other) const {
     if (ca == 0)
       return 0;
   }
-}
-
-OdString& OdString::makeUpper() {
-  std::transform(m_data.begin(), m_data.end(), m_data.begin(), asciiUpper);
-  return *this;
 }
 
 OdString& OdString::makeLower() {

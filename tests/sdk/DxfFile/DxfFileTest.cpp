@@ -8,6 +8,7 @@
 #include "DbDxfItemFiler.h"
 #include "DbLine.h"
 #include "DbPolyline.h"
+#include "DbText.h"
 
 #include <gtest/gtest.h>
 
@@ -207,6 +208,31 @@ TEST_F(DxfFileTest, LinesEndingInCarriageReturnsLoad) {
   ASSERT_EQ(odDbReadDxf(path("crlf.dxf").c_str(), db, &error), eOk) << error.toUtf8();
   OdDbBlockTableRecordPtr model = db->getModelSpaceId().safeOpenObject();
   EXPECT_EQ(model->entityIds().size(), 1u);
+}
+
+// Strings of AC1021 and later are UTF-8; older files hold one byte per character.
+TEST_F(DxfFileTest, StringsAreReadInTheEncodingOfTheirVersion) {
+  const struct {
+    const char* version;
+    const char* bytes;
+    const char16_t* expected;
+  } cases[] = {{"AC1018", "\x80\xE9t\xE9", u"\u0080\u00e9t\u00e9"},
+               {"AC1021", "\xC3\xA9t\xE4\xB8\xAD", u"\u00e9t\u4e2d"},
+               {"AC1032", "\xC3\xA9t\xE4\xB8\xAD", u"\u00e9t\u4e2d"}};
+  for (const auto& c : cases) {
+    Lines lines = validLines();
+    lines[7] = c.version;
+    const Lines text = {"  0", "TEXT",      "  5", "A0", "100", "AcDbEntity", "  8", "0",
+                        "100", "AcDbText",  " 10", "0",  " 20", "0",          " 30", "0",
+                        " 40", "1",         "  1", c.bytes};
+    lines.insert(lines.begin() + 36, text.begin(), text.end());
+    writeAll(path("text.dxf"), joined(lines));
+    OdDbDatabasePtr db;
+    OdString error;
+    ASSERT_EQ(odDbReadDxf(path("text.dxf").c_str(), db, &error), eOk) << error.toUtf8();
+    OdDbTextPtr read = db->getOdDbObjectId(OdDbHandle(0xA0)).safeOpenObject();
+    EXPECT_EQ(read->textString(), OdString(c.expected)) << c.version;
+  }
 }
 
 TEST_F(DxfFileTest, AnEntityOfUnknownTypeIsSkippedWithANote) {
