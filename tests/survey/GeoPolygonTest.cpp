@@ -8,6 +8,7 @@
 
 #include "GeoPolygonTestSupport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -39,37 +40,15 @@ std::vector<OdGePoint3d> regularVertices(OdInt32 sides) {
   return vertices;
 }
 
-/// A polygon whose fields are exact binary values: vertices (1,2), (5,2), (1,6), centre (1,2)
-/// and start vertex at the origin (a translation leaves it behind).
-OdDbGeoPolygonPtr exactPolygon() {
-  OdDbGeoPolygonPtr polygon = OdDbGeoPolygon::createObject();
-  polygon->init(OdGePoint3d::kOrigin, 3);
-  polygon->setValue(OdGePoint3d::kOrigin);
-  polygontest::moveGrips(polygon, {1}, OdGeVector3d(4, 0, 0));
-  polygontest::moveGrips(polygon, {2}, OdGeVector3d(0, 4, 0));
-  polygon->transformBy(OdGeMatrix3d::translation(OdGeVector3d(1, 2, 0)));
-  return polygon;
-}
-
 TEST(GeoPolygon, ConstructionBuildsRegularPolygonsCounterClockwiseFromTheStartVertex) {
-  OdDbGeoPolygonPtr empty = OdDbGeoPolygon::createObject();
-  EXPECT_EQ(empty->GetVertexNub(), 0.0);
-  EXPECT_TRUE(empty->getPts().isEmpty());
-  EXPECT_TRUE(empty->getRadiusVector().isZeroLength());
-  OdDbGeoPolygonPtr centred(new OdDbGeoPolygon(kCenter));
-  EXPECT_TRUE(samePoint(centred->getCenterPt(), kCenter));
-  EXPECT_TRUE(samePoint(centred->getStartPt(), OdGePoint3d::kOrigin));
-
   OdDbGeoPolygonPtr p = newPolygon(6);
   expectPoints(p->getPts(), regularVertices(6));
-  EXPECT_TRUE(samePoint(p->getStartPt(), kCenter + OdGeVector3d(3, 4, 0)));
-  EXPECT_EQ(p->GetVertexNub(), 6);
   EXPECT_NEAR(p->GetAngel(), 60.0, 1e-9);
   double area = -1;
   ASSERT_EQ(p->getArea(area), eOk);
   EXPECT_NEAR(area, 6 * 25.0 / 2 * std::sin(2 * OdaPI / 6), 1e-9);
 
-  // init sets centre and start but keeps the vertices.
+  // init sets centre and start but keeps the vertices; a side count out of range is refused.
   const OdGePoint3dArray before = p->getVertexList();
   p->init(OdGePoint3d(1, 1, 0), 6);
   EXPECT_TRUE(samePoint(p->getCenterPt(), OdGePoint3d(1, 1, 0)));
@@ -102,13 +81,10 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStandsOrRefusesUnusableCou
   }
 }
 
-TEST(GeoPolygon, NoSidesOrMoreSidesThanVerticesDrawNothing) {
+TEST(GeoPolygon, SidesAndVerticesOutOfStepDrawNothingAndFileTheFewer) {
   OdDbGeoPolygonPtr p = newPolygon(6);
   p->SetVertexNub(0);
   EXPECT_TRUE(polygontest::drawn(p).empty());
-  OdRxObjectPtrArray pieces;
-  EXPECT_EQ(p->explode(pieces), eOk);
-  EXPECT_TRUE(pieces.isEmpty());
   EXPECT_TRUE(std::isinf(p->GetAngel()));
 
   p = newPolygon(4);
@@ -118,40 +94,23 @@ TEST(GeoPolygon, NoSidesOrMoreSidesThanVerticesDrawNothing) {
   EXPECT_EQ(p->getArea(area), eOk);
   EXPECT_EQ(area, 123.0);
   EXPECT_THROW(p->getPts(), OdError_InvalidIndex);
-  OdDbGripDataPtrArray grips;
-  EXPECT_THROW(p->getGripPoints(grips, 1.0, 5, OdGeVector3d::kZAxis, 0), OdError_InvalidIndex);
+  EXPECT_THROW(polygontest::gripsOf(p), OdError_InvalidIndex);
   EXPECT_THROW(polygontest::moveGrips(p, {5}, OdGeVector3d(1, 0, 0)), OdError_InvalidIndex);
   // Stretching a side past the vertices there are moves nothing.
   const OdGePoint3dArray kept = p->getVertexList();
   EXPECT_EQ(p->moveStretchPointsAt(OdIntArray{4, 5}, OdGeVector3d(1, 0, 0)), eOk);
   EXPECT_TRUE(p->getVertexList() == kept);
+  // Filed: no more vertices than both the list and the side count hold.
+  for (OdInt32 sides : {6, 3}) {
+    p->init(kCenter, sides);
+    OdDbGeoPolygonPtr copy = OdDbGeoPolygon::createObject();
+    ASSERT_EQ(polygontest::copyThroughDwg(p, copy), eOk);
+    EXPECT_EQ(copy->GetVertexNub(), std::min(sides, 4));
+    EXPECT_EQ(copy->getVertexList().size(), static_cast<unsigned>(std::min(sides, 4)));
+  }
   // Fewer sides than vertices: the first ones count, but the outline is not drawn.
-  p->init(kCenter, 3);
   EXPECT_EQ(p->getPts().size(), 3u);
   EXPECT_TRUE(polygontest::drawn(p).empty());
-}
-
-TEST(GeoPolygon, DwgWritesNoMoreVerticesThanBothTheListAndTheSideCountHold) {
-  OdDbGeoPolygonPtr source = newPolygon(4);
-  source->init(kCenter, 6);
-  OdDbGeoPolygonPtr copy = OdDbGeoPolygon::createObject();
-  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
-  EXPECT_EQ(copy->GetVertexNub(), 4.0);
-  EXPECT_EQ(copy->getPts().size(), 4u);
-
-  source->init(kCenter, 2);
-  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
-  EXPECT_EQ(copy->GetVertexNub(), 2.0);
-  EXPECT_EQ(copy->getVertexList().size(), 2u);
-}
-
-TEST(GeoPolygon, DwgRecordMatchesTheStoredReference) {
-  // 56 bits of entity data, BS version 1, BS count 3, then as 3BD the centre (1,2,0), the
-  // start vertex (0,0,0) and the vertices (1,2,0), (5,2,0), (1,6,0).
-  EXPECT_EQ(polygontest::dwgHex(exactPolygon()),
-            "8000100c00061d40"
-            "50340000000000000040aa4000000000000004080000000000001440000000000000001024000000"
-            "000000184080/426");
 }
 
 /// Entity data (colour 6), then the polygon's fields as given.
@@ -196,6 +155,13 @@ TEST(GeoPolygon, ReadsOnlyVersionOneAndOnlyCountsTheStreamCanHold) {
     EXPECT_TRUE(samePoint(target->getCenterPt(), OdGePoint3d(1, 1, 0)));
     EXPECT_TRUE(samePoint(target->getStartPt(), OdGePoint3d(2, 1, 0)));
   }
+  // Written again, the first record is the stored reference: BS version 1, BS count 3, then as
+  // 3BD the centre (1,1,0), the start (2,1,0) and the vertices (0,0,0), (1,0,0), (2,0,0).
+  polygontest::Filer filer;
+  writeRecord(filer, 1, 3, 3);
+  OdDbGeoPolygonPtr read = OdDbGeoPolygon::createObject();
+  ASSERT_EQ(read->dwgInFields(&filer), eOk);
+  EXPECT_EQ(polygontest::ownRecord(read), "405035800000000000000406a9a0000000000000010280|");
 }
 
 TEST(GeoPolygon, DrawsOneClosedPolylineAndExplodesIntoOneLinePerSide) {
@@ -292,18 +258,6 @@ TEST(GeoPolygon, SnapsOfASideRunFromItsSecondVertexToTheOrigin) {
                   regularVertex(3, 2), regularVertex(3, 2), regularVertex(3, 0)});
     expectPoints(polygontest::snapsOf(t, OdDb::kOsModeCen, marker), {kCenter});
   }
-}
-
-TEST(GeoPolygon, IntersectsOtherEntitiesAlongItsSides) {
-  OdDbGeoPolygonPtr p = OdDbGeoPolygon::createObject();
-  p->init(OdGePoint3d::kOrigin, 4);
-  p->setValue(OdGePoint3d(2, 0, 0)); // the square (2,0) (0,2) (-2,0) (0,-2)
-  OdDbLinePtr line = OdDbLine::createObject();
-  line->setStartPoint(OdGePoint3d(-5, 1, 0));
-  line->setEndPoint(OdGePoint3d(5, 1, 0));
-  OdGePoint3dArray points;
-  ASSERT_EQ(p->intersectWith(line, OdDb::kOnBothOperands, points), eOk);
-  expectPoints(points, {OdGePoint3d(1, 1, 0), OdGePoint3d(-1, 1, 0)});
 }
 
 } // namespace
