@@ -74,41 +74,24 @@ TEST(GeoRectGeometry, ResizingKeepsTheOppositeEdge) {
 TEST(GeoRectGeometry, DegenerateEdgesTakeTheirFallbackDirections) {
   struct Case {
     const char* name;
-    OdGePoint3d corners[4];
+    OdGePoint3d p1, p2; // the diagonal
     bool resizeLength;
     OdGePoint3d expected[4];
   };
   const Case cases[] = {
       // All corners equal: the length goes along -perp(+Y) = +X, the width along perp(+X) = +Y.
-      {"point, length",
-       {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}},
-       true,
-       {{1, 1, 0}, {3, 1, 0}, {3, 1, 0}, {1, 1, 0}}},
-      {"point, width",
-       {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}},
-       false,
-       {{1, 1, 0}, {1, 1, 0}, {1, 3, 0}, {1, 3, 0}}},
+      {"point, length", {1, 1, 0}, {1, 1, 0}, true, {{1, 1, 0}, {3, 1, 0}, {3, 1, 0}, {1, 1, 0}}},
+      {"point, width", {1, 1, 0}, {1, 1, 0}, false, {{1, 1, 0}, {1, 1, 0}, {1, 3, 0}, {1, 3, 0}}},
       // A zero length edge turns the width edge's direction (+Y) by -perp: +X.
-      {"flat along Y, length",
-       {{0, 0, 0}, {0, 0, 0}, {0, 5, 0}, {0, 5, 0}},
-       true,
-       {{0, 0, 0}, {2, 0, 0}, {2, 5, 0}, {0, 5, 0}}},
+      {"flat, Y", {0, 0, 0}, {0, 5, 0}, true, {{0, 0, 0}, {2, 0, 0}, {2, 5, 0}, {0, 5, 0}}},
       // A zero width edge turns the length edge's direction (-X) by perp: -Y.
-      {"flat along -X, width",
-       {{0, 0, 0}, {-4, 0, 0}, {-4, 0, 0}, {0, 0, 0}},
-       false,
-       {{0, 0, 0}, {-4, 0, 0}, {-4, -2, 0}, {0, -2, 0}}},
+      {"flat, -X", {0, 0, 0}, {-4, 0, 0}, false, {{0, 0, 0}, {-4, 0, 0}, {-4, -2, 0}, {0, -2, 0}}},
       // Edges shorter than 1e-10 count as degenerate.
-      {"tiny length edge",
-       {{0, 0, 0}, {1e-11, 0, 0}, {1e-11, 3, 0}, {0, 3, 0}},
-       true,
-       {{0, 0, 0}, {2, 0, 0}, {2, 3, 0}, {0, 3, 0}}},
+      {"tiny length", {0, 0, 0}, {1e-11, 3, 0}, true, {{0, 0, 0}, {2, 0, 0}, {2, 3, 0}, {0, 3, 0}}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    GeoRectGeometry rect;
-    for (int i = 0; i < 4; ++i)
-      rect.corners[i] = c.corners[i];
+    GeoRectGeometry rect = GeoRectGeometry::fromDiagonal(c.p1, c.p2);
     if (c.resizeLength)
       rect.setLengthEdge(2);
     else
@@ -154,15 +137,6 @@ TEST(GeoRectGeometry, DraggingACornerOfARotatedRectangleKeepsItRectangular) {
   }
 }
 
-TEST(GeoRectGeometry, DraggingACornerWhoseEdgeHasNoLengthMovesItAlone) {
-  GeoRectGeometry rect;
-  rect.corners[1] = OdGePoint3d(4, 0, 0);
-  rect.corners[2] = OdGePoint3d(4, 0, 0);
-  // Dragging P0: A = P3 - P2 has length 4, B = P1 - P2 is exactly zero, so nothing follows.
-  rect.moveGrip(0, OdGeVector3d(1, 1, 0));
-  expectCorners(rect, {{1, 1, 0}, {4, 0, 0}, {4, 0, 0}, {0, 0, 0}});
-}
-
 TEST(GeoRectGeometry, StretchingFollowsTheSelection) {
   struct Case {
     const char* name;
@@ -193,15 +167,19 @@ TEST(GeoRectGeometry, StretchingFollowsTheSelection) {
   }
 }
 
-TEST(GeoRectGeometry, EdgeStretchOfADegenerateEdgeUsesTheFullOffset) {
-  // P0 and P3 coincide, so the direction across edge P0-P1 (P0 - P3) is zero.
-  GeoRectGeometry rect;
-  rect.corners[1] = OdGePoint3d(5, 0, 0);
-  rect.corners[2] = OdGePoint3d(5, 0, 0);
+TEST(GeoRectGeometry, AnEdgeOfNoLengthGivesNoDirectionToFollow) {
+  // P0 and P3 at the origin, P1 and P2 at (4, 0).
+  const GeoRectGeometry flat =
+      GeoRectGeometry::fromDiagonal(OdGePoint3d(0, 0, 0), OdGePoint3d(4, 0, 0));
+  // Dragging P0: A = P3 - P2 has length 4, B = P1 - P2 is exactly zero, so nothing follows.
+  GeoRectGeometry rect = flat;
+  rect.moveGrip(0, OdGeVector3d(1, 1, 0));
+  expectCorners(rect, {{1, 1, 0}, {4, 0, 0}, {4, 0, 0}, {0, 0, 0}});
+  // Stretching edge P0-P1: the direction across it (P0 - P3) is zero, so P0 moves by the
+  // unprojected offset, and P1 and P3 cannot follow an edge of length zero.
+  rect = flat;
   rect.moveStretchPoints(OdIntArray{0, 1}, OdGeVector3d(1, 2, 0));
-  // P0 moves by the unprojected offset; P1 and P3 cannot follow an edge of length zero.
-  expectPoint(rect.corners[0], OdGePoint3d(1, 2, 0));
-  expectPoint(rect.corners[1], OdGePoint3d(5, 0, 0));
+  expectCorners(rect, {{1, 2, 0}, {4, 0, 0}, {4, 0, 0}, {0, 0, 0}});
 }
 
 TEST(GeoRectGeometry, FlatteningDependsOnTheCentreHeightAlone) {
