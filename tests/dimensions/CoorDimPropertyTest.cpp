@@ -27,30 +27,24 @@ OdVariant text(const char16_t* value) {
 }
 
 struct RowSpec {
-  const char16_t* label;
-  const char16_t* tip;
   OdVariant value;
   OdInt32 editorKind;
 };
 
-/// The page's name and groups, and its editable rows of group 1 with their values.
+/// The page's groups and its rows of group 1, all editable, with their values. The rows' labels
+/// and tips are constants, and the display name is checked with the other classes' in
+/// tests/module.
 void expectRows(PropertyPE* pe, const OdDbEntity* entity, const std::vector<RowSpec>& rows) {
   ASSERT_NE(pe, nullptr);
-  EXPECT_EQ(pe->getEntityName(entity), OdString(u"坐标标注"));
   EXPECT_EQ(pe->getPropertyCount(), 2);
   EXPECT_EQ(pe->getPropertyByeId(entity, 0).flag, 1);
-  const entityProperty group = pe->getPropertyByeId(entity, 1);
-  EXPECT_EQ(group.flag, 1);
-  EXPECT_EQ(group.name, OdString(u"标注属性"));
-  EXPECT_EQ(group.count, static_cast<OdInt32>(rows.size()));
+  EXPECT_EQ(pe->getPropertyByeId(entity, 1).flag, 1);
+  EXPECT_EQ(pe->getPropertyByeId(entity, 1).count, static_cast<OdInt32>(rows.size()));
   for (unsigned int i = 0; i < rows.size(); ++i) {
-    SCOPED_TRACE(i);
     const propAttribute record = pe->getPropAttributeByeId(entity, 1, static_cast<int>(i));
-    EXPECT_EQ(record.name, OdString(rows[i].label));
-    EXPECT_EQ(record.tip, OdString(rows[i].tip));
-    EXPECT_TRUE(record.value == rows[i].value);
-    EXPECT_TRUE(record.editable);
-    EXPECT_EQ(record.editorKind, rows[i].editorKind);
+    EXPECT_TRUE(record.value == rows[i].value) << i;
+    EXPECT_TRUE(record.editable) << i;
+    EXPECT_EQ(record.editorKind, rows[i].editorKind) << i;
   }
 }
 
@@ -66,18 +60,16 @@ OdDbDimCoorPtr oldDim() {
 TEST(CoorDimPropertyPE, ShowsAndSetsBothTexts) {
   PropertyPEPtr pe = pageOf<OdDbDimCoor>();
   OdDbDimCoorPtr dim = oldDim();
-  expectRows(pe, dim,
-             {{u"X标注内容", u"修改X标注内容", text(u"X=north"), 0},
-              {u"Y标注内容", u"修改Y标注内容", text(u"Y=east"), 0}});
+  expectRows(pe, dim, {{text(u"X=north"), 0}, {text(u"Y=east"), 0}});
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"X=8"), 1, 0));
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"Y=9"), 1, 1));
   EXPECT_EQ(dim->getXText(), OdString(u"X=8"));
   EXPECT_EQ(dim->getYText(), OdString(u"Y=9"));
   // Rows and groups the page does not have are answered with true and change nothing.
-  const std::string before = polygontest::dwgHex(dim);
+  const std::string before = polygontest::ownRecord(dim);
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"?"), 1, 2));
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"?"), 2, 0));
-  EXPECT_EQ(polygontest::dwgHex(dim), before);
+  EXPECT_EQ(polygontest::ownRecord(dim), before);
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, int32(static_cast<OdInt32>(0xC3000003)), 0, 0));
   EXPECT_EQ(dim->getDimColor().colorIndex(), 3) << "the common colour row colours the lines";
 }
@@ -112,11 +104,9 @@ TEST(NewCoorDimPropertyPE, ShowsAndSetsTextColourContentsAndSize) {
   OdDbNewDimCoorPtr dim = newDim();
   OdVariant green;
   green.setUInt32(0xC200FF00u);
+  // Text colour, X and Y texts, text size.
   expectRows(pe, dim,
-             {{u"文字颜色", u"修改文字颜色", green, 1},
-              {u"X标注内容", u"修改X标注内容", text(u"X=north"), 0},
-              {u"Y标注内容", u"修改Y标注内容", text(u"Y=east"), 0},
-              {u"文字大小", u"修改文字大小", OdVariant(3.0), 0}});
+             {{green, 1}, {text(u"X=north"), 0}, {text(u"Y=east"), 0}, {OdVariant(3.0), 0}});
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"X=1"), 1, 1));
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"Y=123456789"), 1, 2));
   EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=1"));
@@ -158,9 +148,9 @@ TEST(NewCoorDimPropertyPE, UnusableColoursAndHeightsChangeNothing) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.row);
     OdDbNewDimCoorPtr dim = newDim();
-    const std::string before = polygontest::dwgHex(dim);
+    const std::string before = polygontest::ownRecord(dim);
     EXPECT_FALSE(pe->setPropAttributeByeId(dim, c.value, 1, c.row));
-    EXPECT_EQ(polygontest::dwgHex(dim), before);
+    EXPECT_EQ(polygontest::ownRecord(dim), before);
   }
   OdDbNewDimCoorPtr dim = newDim();
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, OdVariant(1e-8), 1, 3)) << "just above the limit";

@@ -43,14 +43,15 @@ TEST_F(PropertyContract, DisplayNamesOfTheEntities) {
   struct Row {
     const char16_t* className;
     const char16_t* displayName;
-  } rows[] = {{u"OdDbDimCoor", u"坐标标注"},     {u"OdDbGeoRect", u"矩形"},
-              {u"OdDbGeo3dRect", u"矩形"},       {u"OdDbGeoTriangle", u"三角形"},
-              {u"OdDbGeoPolygon", u"多边形"},    {u"DecorationPipe", u"水管"},
-              {u"DecorationPipeHot", u"热水管"}, {u"DbPipeWireway", u"管线"},
-              {u"DbCoverPolyLine", u"多段线"},   {u"OdDbPipeLine", u"防护管线"},
-              {u"OdDbFreePen", u"手绘线"},       {u"OdDbCompass", u"指北针"},
-              {u"OdDbBuildHeight", u"标高标注"}, {u"OdDbSymmetryAxis", u"对称轴"},
-              {u"OdDb3dArrow", u"箭头"},         {u"OdDbDivPoint", u"点"}};
+  } rows[] = {{u"OdDbDimCoor", u"坐标标注"},    {u"OdDbNewDimCoor", u"坐标标注"},
+              {u"OdDbGeoRect", u"矩形"},        {u"OdDbGeo3dRect", u"矩形"},
+              {u"OdDbGeoTriangle", u"三角形"},  {u"OdDbGeoPolygon", u"多边形"},
+              {u"DecorationPipe", u"水管"},     {u"DecorationPipeHot", u"热水管"},
+              {u"DbPipeWireway", u"管线"},      {u"DbCoverPolyLine", u"多段线"},
+              {u"OdDbPipeLine", u"防护管线"},   {u"OdDbFreePen", u"手绘线"},
+              {u"OdDbCompass", u"指北针"},      {u"OdDbBuildHeight", u"标高标注"},
+              {u"OdDbSymmetryAxis", u"对称轴"}, {u"OdDb3dArrow", u"箭头"},
+              {u"OdDbDivPoint", u"点"}};
   for (const Row& row : rows) {
     OdDbEntityPtr entity = addEntity(row.className);
     EXPECT_EQ(extensionOf(row.className)->getEntityName(entity), OdString(row.displayName))
