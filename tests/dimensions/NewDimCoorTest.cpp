@@ -299,7 +299,7 @@ TEST(NewDimCoor, ReadingKeepsTheUcsTheDimensionWasLaidOutIn) {
   ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
   EXPECT_TRUE(samePoint(copy->getEndPt(), endPt));
   EXPECT_TRUE(copy->getXTextObj()->direction().isEqualTo(OdGeVector3d::kYAxis));
-  EXPECT_EQ(polygontest::dwgHex(copy), polygontest::dwgHex(source));
+  EXPECT_EQ(polygontest::ownRecord(copy), polygontest::ownRecord(source));
   // The next edit lays it out in its own drawing's UCS.
   copy->setArrow();
   EXPECT_TRUE(samePoint(copy->getEndPt(), OdGePoint3d(13.125, 10, 0)));

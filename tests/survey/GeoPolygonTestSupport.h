@@ -33,14 +33,6 @@ inline std::string toHex(const OdUInt8Array& bytes) {
   return hex;
 }
 
-/// The entity's DWG data stream as lower-case hex, followed by "/" and its size in bits.
-inline std::string dwgHex(const OdDbObject* object) {
-  Filer filer;
-  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
-  object->dwgOutFields(&filer);
-  return toHex(filer.dataBuffer()) + "/" + std::to_string(filer.dataBitSize());
-}
-
 /// The bits from `startBit` to the end of a stream, packed again from the first byte, in hex:
 /// a class's own record after its base's data.
 inline std::string hexOfBits(const OdUInt8Array& bytes, OdUInt64 bitSize, OdUInt64 startBit) {
