@@ -66,25 +66,19 @@ std::vector<Shape> shapes(OdDbDatabase* db) {
   return all;
 }
 
-void expectOutline(const OdDbHatch* hatch, const std::vector<OdGePoint2d>& points) {
+/// A free-standing associative hatch over the shape's outline.
+void expectHatchOver(const OdDbHatch* hatch, const Shape& shape, OdDbDatabase* db) {
   ASSERT_EQ(hatch->numLoops(), 1);
   OdInt32 type = 0;
   OdGePoint2dArray vertices;
   OdGeDoubleArray bulges;
   hatch->getLoopAt(0, type, vertices, bulges);
   EXPECT_EQ(type, OdDbHatch::kExternal | OdDbHatch::kPolyline);
-  ASSERT_EQ(vertices.size(), points.size());
-  ASSERT_EQ(bulges.size(), points.size());
+  ASSERT_EQ(vertices.size(), shape.outline.size());
   for (unsigned int i = 0; i < vertices.size(); ++i) {
-    EXPECT_NEAR(vertices[i].x, points[i].x, 1e-9) << i;
-    EXPECT_NEAR(vertices[i].y, points[i].y, 1e-9) << i;
+    EXPECT_NEAR(vertices[i].distanceTo(shape.outline[i]), 0.0, 1e-9) << i;
     EXPECT_EQ(bulges[i], 0.0);
   }
-}
-
-/// A free-standing associative hatch over the shape's outline.
-void expectHatchOver(const OdDbHatch* hatch, const Shape& shape, OdDbDatabase* db) {
-  expectOutline(hatch, shape.outline);
   EXPECT_TRUE(hatch->associative());
   EXPECT_EQ(hatch->hatchStyle(), OdDbHatch::kNormal);
   EXPECT_EQ(hatch->hatchObjectType(), OdDbHatch::kHatchObject);
