@@ -9,7 +9,7 @@
 #include "OdError.h"
 
 #include "DimensionTestSupport.h"
-#include "survey/GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <functional>
 #include <limits>
@@ -122,7 +122,7 @@ TEST(CustomDimensionBase, SettersNeedWriteAccessAndTheBaseFilesOnlyTheEntityData
   OdDbDatabasePtr database = OdDbDatabase::createObject();
   OdDbCustomDimensionBasePtr dimension = addDimension(database.get());
   dimension->setColor(trueColor(10, 20, 30));
-  EXPECT_EQ(polygontest::ownRecord(dimension), "|");
+  EXPECT_EQ(enttest::ownRecord(dimension), "|");
   OdDbMTextPtr text = OdDbMText::createObject();
   text->setContents(u"12.50");
   EXPECT_TRUE(dimension->setDimensionText(u"99", text));

@@ -7,7 +7,7 @@
 #include "dimensions/CoorDimExtensions.h"
 
 #include "DimensionTestSupport.h"
-#include "survey/GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <cmath>
 #include <limits>
@@ -17,7 +17,7 @@ namespace {
 
 using dimtest::ScopedPrecision;
 using dimtest::trueColor;
-using polygontest::samePoint;
+using enttest::samePoint;
 
 /// The fields of a record, for writing streams as drawings carry them.
 struct Record {
@@ -59,7 +59,7 @@ void writeFields(const Record& r, OdDbDwgFiler* filer) {
 }
 
 /// Entity data (colour 4), then the record.
-void write(const Record& r, polygontest::Filer& filer) {
+void write(const Record& r, enttest::Filer& filer) {
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   OdDbDimCoorPtr base = OdDbDimCoor::createObject();
   base->setColorIndex(4);
@@ -69,19 +69,19 @@ void write(const Record& r, polygontest::Filer& filer) {
 }
 
 OdDbDimCoorPtr read(const Record& r) {
-  polygontest::Filer filer;
+  enttest::Filer filer;
   write(r, filer);
   OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
   EXPECT_EQ(dim->dwgInFields(&filer), eOk);
   return dim;
 }
 
-/// The record's data and strings in hex, as polygontest::ownRecord gives them.
+/// The record's data and strings in hex, as enttest::ownRecord gives them.
 std::string fieldsOf(const Record& r) {
-  polygontest::Filer filer;
+  enttest::Filer filer;
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   writeFields(r, &filer);
-  return polygontest::toHex(filer.dataBuffer()) + "|" + polygontest::toHex(filer.stringBuffer());
+  return enttest::toHex(filer.dataBuffer()) + "|" + enttest::toHex(filer.stringBuffer());
 }
 
 OdDbDimCoorPtr dimAt(const OdGePoint3d& startPt, const OdGePoint3d& dimPt) {
@@ -166,7 +166,7 @@ TEST(CoordinateLayout, LeaderSnapsAreEndsMiddleFootAndNearestOnTheSegment) {
 
 TEST(DimCoor, DefaultsAreOriginGreenAndTwoDecimalsAndSetColorColoursTheLinesOnly) {
   OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
-  EXPECT_EQ(polygontest::ownRecord(dim), fieldsOf(defaults()));
+  EXPECT_EQ(enttest::ownRecord(dim), fieldsOf(defaults()));
   dim->setColorIndex(1);
   EXPECT_EQ(dim->getDimColor().colorIndex(), 1);
   EXPECT_EQ(dim->colorIndex(), 1);
@@ -207,7 +207,7 @@ TEST(DimCoor, ArrowIsTheShoulderInTheLinesColourAndStoresItsEnd) {
   dim->setColorIndex(3);
   OdRxObjectPtrArray arrow;
   arrow.append(dim->getArrow());
-  polygontest::expectLines(arrow, {{{-10, 10, 0}, {-25, 10, 0}}});
+  enttest::expectLines(arrow, {{{-10, 10, 0}, {-25, 10, 0}}});
   EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(-25, 10, 0)));
   EXPECT_EQ(OdDbLine::cast(arrow[0].get())->colorIndex(), 3);
 }
@@ -257,13 +257,13 @@ TEST(DimCoor, TextsTakeTheHztxtStyleOfTheirDrawing) {
 
 TEST(DimCoor, DrawsAndExplodesLeaderShoulderAndBothTextsInTheirColours) {
   OdDbDimCoorPtr dim = read(Record());
-  const std::vector<OdGiRecord> records = polygontest::drawn(dim);
+  const std::vector<OdGiRecord> records = enttest::drawn(dim);
   ASSERT_EQ(records.size(), 4u);
   const OdGePoint3d ends[][2] = {{{1, 2, 0}, {5, 6, 0}}, {{5, 6, 0}, {23, 6, 0}}};
   const char16_t* texts[] = {u"X=north", u"Y=east"};
   for (int i = 0; i < 2; ++i) {
     ASSERT_EQ(records[i].kind, OdGiRecord::kPolyline);
-    polygontest::expectPoints(records[i].points, {ends[i][0], ends[i][1]});
+    enttest::expectPoints(records[i].points, {ends[i][0], ends[i][1]});
     EXPECT_EQ(records[i].traits.trueColor(), trueColor(10, 20, 30).entityColor());
     ASSERT_EQ(records[i + 2].kind, OdGiRecord::kText);
     EXPECT_EQ(records[i + 2].text, OdString(texts[i]));
@@ -277,7 +277,7 @@ TEST(DimCoor, DrawsAndExplodesLeaderShoulderAndBothTextsInTheirColours) {
   OdRxObjectPtrArray pieces;
   ASSERT_EQ(dim->explode(pieces), eOk);
   ASSERT_EQ(pieces.size(), 4u);
-  polygontest::expectLines(pieces, {{ends[0][0], ends[0][1]}, {ends[1][0], ends[1][1]}});
+  enttest::expectLines(pieces, {{ends[0][0], ends[0][1]}, {ends[1][0], ends[1][1]}});
   EXPECT_EQ(OdDbLine::cast(pieces[0].get())->color(), trueColor(10, 20, 30));
   for (int i = 2; i < 4; ++i)
     EXPECT_EQ(OdDbText::cast(pieces[i].get())->color(), trueColor(40, 50, 60));
@@ -290,7 +290,7 @@ TEST(DimCoor, UnusableTextHeightsDrawTheLinesOnly) {
     r.txtHeight = height;
     OdDbDimCoorPtr dim = read(r);
     EXPECT_TRUE(dim->getXTextObj().isNull());
-    EXPECT_EQ(polygontest::drawn(dim).size(), 2u);
+    EXPECT_EQ(enttest::drawn(dim).size(), 2u);
     OdRxObjectPtrArray pieces;
     EXPECT_EQ(dim->explode(pieces), eOk);
     EXPECT_EQ(pieces.size(), 2u);
@@ -311,7 +311,7 @@ TEST(DimCoor, RecordIsItsFieldTableReadUpToVersionThreeWithColoursOnlyFromThree)
     Record r;
     r.version = c.version;
     r.colours = c.colours;
-    polygontest::Filer filer;
+    enttest::Filer filer;
     write(r, filer);
     OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
     EXPECT_EQ(static_cast<int>(dim->dwgInFields(&filer)), c.expected);
@@ -322,7 +322,7 @@ TEST(DimCoor, RecordIsItsFieldTableReadUpToVersionThreeWithColoursOnlyFromThree)
     written.colours = true;
     if (!c.colours)
       written.dimColor = written.txtColor = trueColor(0, 255, 0);
-    EXPECT_EQ(polygontest::ownRecord(dim), fieldsOf(written));
+    EXPECT_EQ(enttest::ownRecord(dim), fieldsOf(written));
   }
 }
 
@@ -339,25 +339,25 @@ TEST(DimCoor, TransformMovesThePointsButNotTheTextHeight) {
 TEST(DimCoor, TheOneGripMovesThePointAndRelabelsItAndSnapsComeFromTheLeader) {
   ScopedPrecision precision(1);
   OdDbDimCoorPtr dim = dimAt({100, 200, 0}, {110, 210, 0});
-  const OdDbGripDataPtrArray grips = polygontest::gripsOf(dim);
+  const OdDbGripDataPtrArray grips = enttest::gripsOf(dim);
   ASSERT_EQ(grips.size(), 1u);
   EXPECT_TRUE(samePoint(grips[0]->gripPoint(), OdGePoint3d(100, 200, 0)));
-  EXPECT_EQ(polygontest::gripIndex(grips[0]), 0);
+  EXPECT_EQ(enttest::gripIndex(grips[0]), 0);
 
-  ASSERT_EQ(polygontest::moveGrips(dim, {1, -1}, OdGeVector3d(5, 5, 0)), eOk);
+  ASSERT_EQ(enttest::moveGrips(dim, {1, -1}, OdGeVector3d(5, 5, 0)), eOk);
   EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(100, 200, 0)));
   EXPECT_TRUE(dim->getXText().isEmpty());
 
-  ASSERT_EQ(polygontest::moveGrips(dim, {0}, OdGeVector3d(0.3, -0.5, 0)), eOk);
+  ASSERT_EQ(enttest::moveGrips(dim, {0}, OdGeVector3d(0.3, -0.5, 0)), eOk);
   EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(100.3, 199.5, 0)));
   EXPECT_EQ(dim->getXText(), OdString(u"X=199.5"));
   EXPECT_EQ(dim->getYText(), OdString(u"Y=100.3"));
   EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(110, 210, 0)));
 
   // The shoulder's end is no snap.
-  polygontest::expectPoints(polygontest::snapsOf(dim, OdDb::kOsModeEnd),
-                            {{100.3, 199.5, 0}, {110, 210, 0}});
-  EXPECT_EQ(polygontest::snapsOf(dim, OdDb::kOsModeQuad).size(), 0u);
+  enttest::expectPoints(enttest::snapsOf(dim, OdDb::kOsModeEnd),
+                        {{100.3, 199.5, 0}, {110, 210, 0}});
+  EXPECT_EQ(enttest::snapsOf(dim, OdDb::kOsModeQuad).size(), 0u);
 }
 
 } // namespace

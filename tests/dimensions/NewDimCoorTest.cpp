@@ -9,7 +9,7 @@
 #include "dimensions/OdDbDimCoor.h"
 
 #include "DimensionTestSupport.h"
-#include "survey/GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <cmath>
 #include <limits>
@@ -19,7 +19,7 @@ namespace {
 
 using dimtest::ScopedPrecision;
 using dimtest::trueColor;
-using polygontest::samePoint;
+using enttest::samePoint;
 
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 const double kInf = std::numeric_limits<double>::infinity();
@@ -107,12 +107,12 @@ TEST(NewDimCoor, ShoulderTextsAndDrawingFollowTheSideOfTheBendEachTextInItsColou
     OdDbMTextPtr y = dim->getYTextObj();
     OdCmColor yColour = blue;
     dim->setColorText(y, yColour);
-    const std::vector<OdGiRecord> records = polygontest::drawn(dim);
+    const std::vector<OdGiRecord> records = enttest::drawn(dim);
     ASSERT_EQ(records.size(), 5u);
     const OdGePoint3d ends[][2] = {{OdGePoint3d::kOrigin, c.dimPt}, {c.dimPt, c.endPt}};
     for (int i = 0; i < 2; ++i) {
       ASSERT_EQ(records[i].kind, OdGiRecord::kPolyline);
-      polygontest::expectPoints(records[i].points, {ends[i][0], ends[i][1]});
+      enttest::expectPoints(records[i].points, {ends[i][0], ends[i][1]});
       EXPECT_EQ(records[i].traits.trueColor(), green.entityColor());
     }
     const char16_t* texts[] = {u"X=1", u"Y=12345", u"P1"};
@@ -211,7 +211,7 @@ TEST(NewDimCoor, HeightsTooSmallOrNotFiniteAreIgnored) {
   EXPECT_EQ(dim->getYTextObj()->textHeight(), 2.0);
 }
 
-void writeHead(polygontest::Filer& filer, double version, const OdGePoint3d& endPt) {
+void writeHead(enttest::Filer& filer, double version, const OdGePoint3d& endPt) {
   OdDbNewDimCoorPtr base = OdDbNewDimCoor::createObject();
   base->setColorIndex(4);
   base->OdDbEntity::dwgOutFields(&filer);
@@ -232,7 +232,7 @@ OdDbMTextPtr textWith(const OdString& contents, double height, OdUInt16 colorInd
 }
 
 /// A record as drawings carry it, with a stale shoulder end that reading must rebuild.
-void writeRecord(polygontest::Filer& filer, double version) {
+void writeRecord(enttest::Filer& filer, double version) {
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   writeHead(filer, version, OdGePoint3d(99, 99, 99));
   textWith(u"X=north", 2.0, 1)->dwgOutFields(&filer);
@@ -246,7 +246,7 @@ TEST(NewDimCoor, ReadsItsRecordAndLaysItselfOutAgain) {
   OdDbDatabasePtr db = OdDbDatabase::createObject();
   db->setCECOLOR(trueColor(1, 1, 1));
   db->setTEXTSIZE(7.0);
-  polygontest::Filer filer;
+  enttest::Filer filer;
   writeRecord(filer, 1.0);
   OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
   dim->setDatabaseDefaults(db);
@@ -263,7 +263,7 @@ TEST(NewDimCoor, ReadsItsRecordAndLaysItselfOutAgain) {
 
   // Written again, it is the same record with the shoulder end rebuilt: (7 + 1) * 2 * 0.75
   // right of the bend.
-  polygontest::Filer own, expected;
+  enttest::Filer own, expected;
   own.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   dim->dwgOutFields(&own);
   expected.openForWrite(nullptr, OdDbFiler::kCopyFiler);
@@ -296,10 +296,10 @@ TEST(NewDimCoor, ReadingKeepsTheUcsTheDimensionWasLaidOutIn) {
   OdDbDatabasePtr world = OdDbDatabase::createObject();
   OdDbNewDimCoorPtr copy = OdDbNewDimCoor::createObject();
   copy->setDatabaseDefaults(world);
-  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
+  ASSERT_EQ(enttest::copyThroughDwg(source, copy), eOk);
   EXPECT_TRUE(samePoint(copy->getEndPt(), endPt));
   EXPECT_TRUE(copy->getXTextObj()->direction().isEqualTo(OdGeVector3d::kYAxis));
-  EXPECT_EQ(polygontest::ownRecord(copy), polygontest::ownRecord(source));
+  EXPECT_EQ(enttest::ownRecord(copy), enttest::ownRecord(source));
   // The next edit lays it out in its own drawing's UCS.
   copy->setArrow();
   EXPECT_TRUE(samePoint(copy->getEndPt(), OdGePoint3d(13.125, 10, 0)));
@@ -308,12 +308,12 @@ TEST(NewDimCoor, ReadingKeepsTheUcsTheDimensionWasLaidOutIn) {
 TEST(NewDimCoor, OnlyVersionOneIsRead) {
   for (double version : {0.0, 2.0, 1.0 + 1e-12, kNaN}) {
     SCOPED_TRACE(version);
-    polygontest::Filer filer;
+    enttest::Filer filer;
     writeRecord(filer, version);
     OdDbNewDimCoorPtr dim = OdDbNewDimCoor::createObject();
     EXPECT_EQ(static_cast<int>(dim->dwgInFields(&filer)), 1);
     EXPECT_EQ(dim->colorIndex(), 4);
-    EXPECT_EQ(polygontest::ownRecord(dim), polygontest::ownRecord(OdDbNewDimCoor::createObject()));
+    EXPECT_EQ(enttest::ownRecord(dim), enttest::ownRecord(OdDbNewDimCoor::createObject()));
   }
 }
 
@@ -336,20 +336,20 @@ TEST(NewDimCoor, TransformMovesPointsAndTextsOrNothing) {
 TEST(NewDimCoor, TheOneGripMovesThePointRelabelsItAndRebuildsTheShoulderAndSnapsAreTheLeaders) {
   ScopedPrecision precision(0);
   OdDbNewDimCoorPtr dim = labelled({100, 200, 0}, {110, 210, 0});
-  const OdDbGripDataPtrArray grips = polygontest::gripsOf(dim);
+  const OdDbGripDataPtrArray grips = enttest::gripsOf(dim);
   ASSERT_EQ(grips.size(), 1u);
   EXPECT_TRUE(samePoint(grips[0]->gripPoint(), OdGePoint3d(100, 200, 0)));
-  ASSERT_EQ(polygontest::moveGrips(dim, {2}, OdGeVector3d(5, 5, 0)), eOk);
+  ASSERT_EQ(enttest::moveGrips(dim, {2}, OdGeVector3d(5, 5, 0)), eOk);
   EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=1"));
-  ASSERT_EQ(polygontest::moveGrips(dim, {0}, OdGeVector3d(1, 2, 0)), eOk);
+  ASSERT_EQ(enttest::moveGrips(dim, {0}, OdGeVector3d(1, 2, 0)), eOk);
   EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(101, 202, 0)));
   EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=202"));
   EXPECT_EQ(dim->getYTextObj()->contents(), OdString(u"Y=101"));
   EXPECT_EQ(dim->getThirdTextObj()->contents(), OdString(u"P1"));
   EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(110 + 6 * 2 * 0.75, 210, 0)));
   // Snaps come from the leader only.
-  polygontest::expectPoints(polygontest::snapsOf(dim, OdDb::kOsModeMid), {{105.5, 206, 0}});
-  EXPECT_EQ(polygontest::snapsOf(dim, OdDb::kOsModeIns).size(), 0u);
+  enttest::expectPoints(enttest::snapsOf(dim, OdDb::kOsModeMid), {{105.5, 206, 0}});
+  EXPECT_EQ(enttest::snapsOf(dim, OdDb::kOsModeIns).size(), 0u);
 }
 
 TEST(NewDimCoor, ExplodesIntoLinesAndTextsAndSuperExplodesTheTextsToo) {
@@ -357,7 +357,7 @@ TEST(NewDimCoor, ExplodesIntoLinesAndTextsAndSuperExplodesTheTextsToo) {
   OdRxObjectPtrArray pieces;
   ASSERT_EQ(dim->explode(pieces), eOk);
   ASSERT_EQ(pieces.size(), 5u);
-  polygontest::expectLines(pieces, {{{0, 0, 0}, {10, 0, 0}}, {{10, 0, 0}, {22, 0, 0}}});
+  enttest::expectLines(pieces, {{{0, 0, 0}, {10, 0, 0}}, {{10, 0, 0}, {22, 0, 0}}});
   for (int i = 2; i < 5; ++i) {
     OdDbMTextPtr text = OdDbMText::cast(pieces[i].get());
     ASSERT_FALSE(text.isNull());

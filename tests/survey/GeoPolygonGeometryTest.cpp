@@ -4,7 +4,7 @@
 
 #include "survey/GeoPolygonGeometry.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <cmath>
 
@@ -24,9 +24,8 @@ TEST(GeoPolygonGeometry, VerticesAreAppendedAndTheRadiusEndsAFullTurnOn) {
   OdGePoint3dArray vertices;
   vertices.append(OdGePoint3d(99, 99, 99));
   custents::appendRegularVertices(OdGePoint3d(10, -5, 0), radius, 4, OdaPI / 2, vertices);
-  polygontest::expectPoints(vertices,
-                            {{99, 99, 99}, {14, -2, 0}, {7, -1, 0}, {6, -8, 0}, {13, -9, 0}});
-  EXPECT_TRUE(polygontest::samePoint(OdGePoint3d::kOrigin + radius, OdGePoint3d(4, 3, 0)));
+  enttest::expectPoints(vertices, {{99, 99, 99}, {14, -2, 0}, {7, -1, 0}, {6, -8, 0}, {13, -9, 0}});
+  EXPECT_TRUE(enttest::samePoint(OdGePoint3d::kOrigin + radius, OdGePoint3d(4, 3, 0)));
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 
 #include "OdError.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,8 +14,8 @@
 
 namespace {
 
-using polygontest::expectPoints;
-using polygontest::samePoint;
+using enttest::expectPoints;
+using enttest::samePoint;
 
 const OdGePoint3d kCenter(10, 20, 0);
 
@@ -84,18 +84,18 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStandsOrRefusesUnusableCou
 TEST(GeoPolygon, SidesAndVerticesOutOfStepDrawNothingAndFileTheFewer) {
   OdDbGeoPolygonPtr p = newPolygon(6);
   p->SetVertexNub(0);
-  EXPECT_TRUE(polygontest::drawn(p).empty());
+  EXPECT_TRUE(enttest::drawn(p).empty());
   EXPECT_TRUE(std::isinf(p->GetAngel()));
 
   p = newPolygon(4);
   p->init(kCenter, 6); // six sides, four vertices kept
-  EXPECT_TRUE(polygontest::drawn(p).empty());
+  EXPECT_TRUE(enttest::drawn(p).empty());
   double area = 123.0;
   EXPECT_EQ(p->getArea(area), eOk);
   EXPECT_EQ(area, 123.0);
   EXPECT_THROW(p->getPts(), OdError_InvalidIndex);
-  EXPECT_THROW(polygontest::gripsOf(p), OdError_InvalidIndex);
-  EXPECT_THROW(polygontest::moveGrips(p, {5}, OdGeVector3d(1, 0, 0)), OdError_InvalidIndex);
+  EXPECT_THROW(enttest::gripsOf(p), OdError_InvalidIndex);
+  EXPECT_THROW(enttest::moveGrips(p, {5}, OdGeVector3d(1, 0, 0)), OdError_InvalidIndex);
   // Stretching a side past the vertices there are moves nothing.
   const OdGePoint3dArray kept = p->getVertexList();
   EXPECT_EQ(p->moveStretchPointsAt(OdIntArray{4, 5}, OdGeVector3d(1, 0, 0)), eOk);
@@ -104,17 +104,17 @@ TEST(GeoPolygon, SidesAndVerticesOutOfStepDrawNothingAndFileTheFewer) {
   for (OdInt32 sides : {6, 3}) {
     p->init(kCenter, sides);
     OdDbGeoPolygonPtr copy = OdDbGeoPolygon::createObject();
-    ASSERT_EQ(polygontest::copyThroughDwg(p, copy), eOk);
+    ASSERT_EQ(enttest::copyThroughDwg(p, copy), eOk);
     EXPECT_EQ(copy->GetVertexNub(), std::min(sides, 4));
     EXPECT_EQ(copy->getVertexList().size(), static_cast<unsigned>(std::min(sides, 4)));
   }
   // Fewer sides than vertices: the first ones count, but the outline is not drawn.
   EXPECT_EQ(p->getPts().size(), 3u);
-  EXPECT_TRUE(polygontest::drawn(p).empty());
+  EXPECT_TRUE(enttest::drawn(p).empty());
 }
 
 /// Entity data (colour 6), then the polygon's fields as given.
-void writeRecord(polygontest::Filer& filer, OdInt16 version, OdInt16 count, int pointsAfter) {
+void writeRecord(enttest::Filer& filer, OdInt16 version, OdInt16 count, int pointsAfter) {
   OdDbGeoPolygonPtr base = OdDbGeoPolygon::createObject();
   base->setColorIndex(6);
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
@@ -138,7 +138,7 @@ TEST(GeoPolygon, ReadsOnlyVersionOneAndOnlyCountsTheStreamCanHold) {
                {-1, 3, 3, false}, {2, 3, 3, false}, {1, 4, 3, false}, {1, 32767, 2, false}};
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << "version " << c.version << " count " << c.count);
-    polygontest::Filer filer;
+    enttest::Filer filer;
     writeRecord(filer, c.version, c.count, c.pointsAfter);
     OdDbGeoPolygonPtr target = newPolygon(5);
     const OdResult result = target->dwgInFields(&filer);
@@ -157,29 +157,29 @@ TEST(GeoPolygon, ReadsOnlyVersionOneAndOnlyCountsTheStreamCanHold) {
   }
   // Written again, the first record is the stored reference: BS version 1, BS count 3, then as
   // 3BD the centre (1,1,0), the start (2,1,0) and the vertices (0,0,0), (1,0,0), (2,0,0).
-  polygontest::Filer filer;
+  enttest::Filer filer;
   writeRecord(filer, 1, 3, 3);
   OdDbGeoPolygonPtr read = OdDbGeoPolygon::createObject();
   ASSERT_EQ(read->dwgInFields(&filer), eOk);
-  EXPECT_EQ(polygontest::ownRecord(read), "405035800000000000000406a9a0000000000000010280|");
+  EXPECT_EQ(enttest::ownRecord(read), "405035800000000000000406a9a0000000000000010280|");
 }
 
 TEST(GeoPolygon, DrawsOneClosedPolylineAndExplodesIntoOneLinePerSide) {
   OdDbGeoPolygonPtr p = newPolygon(5);
   p->transformBy(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 4))); // drawn at z 0 all the same
-  const std::vector<OdGiRecord> records = polygontest::drawn(p);
+  const std::vector<OdGiRecord> records = enttest::drawn(p);
   ASSERT_EQ(records.size(), 1u);
   std::vector<OdGePoint3d> outline = regularVertices(5);
-  polygontest::Segments sides;
+  enttest::Segments sides;
   for (int i = 0; i < 5; ++i)
     sides.push_back({outline[i], outline[(i + 1) % 5]});
   outline.push_back(outline[0]);
-  polygontest::expectPoints(records[0].points, outline);
+  enttest::expectPoints(records[0].points, outline);
 
   OdRxObjectPtrArray pieces;
   ASSERT_EQ(newPolygon(5)->explode(pieces), eOk);
   EXPECT_EQ(pieces.size(), 5u);
-  polygontest::expectLines(pieces, sides);
+  enttest::expectLines(pieces, sides);
   pieces.clear();
   EXPECT_EQ(newPolygon(2)->explode(pieces), eOk);
   EXPECT_TRUE(pieces.isEmpty());
@@ -209,11 +209,11 @@ TEST(GeoPolygon, TransformLeavesStartAndRadiusForTheNextRebuild) {
 TEST(GeoPolygon, GripsAreTheVerticesThenTheCentreWhichMovesEverythingStretchVerticesOnly) {
   OdDbGeoPolygonPtr p = newPolygon(6);
   std::vector<OdGePoint3d> expected = regularVertices(6);
-  const OdDbGripDataPtrArray grips = polygontest::gripsOf(p);
+  const OdDbGripDataPtrArray grips = enttest::gripsOf(p);
   ASSERT_EQ(grips.size(), 7u);
   for (unsigned int i = 0; i < 7; ++i) {
     EXPECT_TRUE(samePoint(grips[i]->gripPoint(), i < 6 ? expected[i] : kCenter));
-    EXPECT_EQ(polygontest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
+    EXPECT_EQ(enttest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
   }
   OdGePoint3dArray points;
   ASSERT_EQ(p->getStretchPoints(points), eOk);
@@ -221,7 +221,7 @@ TEST(GeoPolygon, GripsAreTheVerticesThenTheCentreWhichMovesEverythingStretchVert
 
   const OdGeVector3d v(2, -1, 0);
   const OdGePoint3d start = p->getStartPt();
-  ASSERT_EQ(polygontest::moveGrips(p, {1}, v), eOk);
+  ASSERT_EQ(enttest::moveGrips(p, {1}, v), eOk);
   ASSERT_EQ(p->moveStretchPointsAt(OdIntArray{0, 4, 6, -1}, v), eOk);
   expected[0] += v;
   expected[1] += v;
@@ -230,7 +230,7 @@ TEST(GeoPolygon, GripsAreTheVerticesThenTheCentreWhichMovesEverythingStretchVert
   EXPECT_TRUE(samePoint(p->getCenterPt(), kCenter));
   EXPECT_TRUE(samePoint(p->getStartPt(), start));
 
-  ASSERT_EQ(polygontest::moveGrips(p, {6}, v), eOk);
+  ASSERT_EQ(enttest::moveGrips(p, {6}, v), eOk);
   for (OdGePoint3d& point : expected)
     point += v;
   expectPoints(p->getPts(), expected);
@@ -244,19 +244,19 @@ TEST(GeoPolygon, SnapsOfASideRunFromItsSecondVertexToTheOrigin) {
     SCOPED_TRACE(k);
     // Required: the side's line runs from V(k mod n) to the origin, not from V(k-1).
     const OdGePoint3d second = regularVertex(6, k % 6);
-    expectPoints(polygontest::snapsOf(p, OdDb::kOsModeEnd, k), {second, OdGePoint3d::kOrigin});
-    expectPoints(polygontest::snapsOf(p, OdDb::kOsModeMid, k),
+    expectPoints(enttest::snapsOf(p, OdDb::kOsModeEnd, k), {second, OdGePoint3d::kOrigin});
+    expectPoints(enttest::snapsOf(p, OdDb::kOsModeMid, k),
                  {OdGePoint3d(second.x / 2, second.y / 2, second.z / 2)});
-    EXPECT_TRUE(polygontest::snapsOf(p, OdDb::kOsModeCen, k).isEmpty());
+    EXPECT_TRUE(enttest::snapsOf(p, OdDb::kOsModeCen, k).isEmpty());
   }
   // Without a side: those of all sides, with the centre.
   OdDbGeoPolygonPtr t = newPolygon(3);
   for (OdGsMarker marker : {OdGsMarker(0), OdGsMarker(4)}) {
     SCOPED_TRACE(marker);
-    expectPoints(polygontest::snapsOf(t, OdDb::kOsModeEnd, marker),
+    expectPoints(enttest::snapsOf(t, OdDb::kOsModeEnd, marker),
                  {regularVertex(3, 0), regularVertex(3, 1), regularVertex(3, 1),
                   regularVertex(3, 2), regularVertex(3, 2), regularVertex(3, 0)});
-    expectPoints(polygontest::snapsOf(t, OdDb::kOsModeCen, marker), {kCenter});
+    expectPoints(enttest::snapsOf(t, OdDb::kOsModeCen, marker), {kCenter});
   }
 }
 

@@ -4,7 +4,7 @@
 
 #include "Ge/GeMatrix3d.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <cmath>
 
@@ -13,12 +13,12 @@ namespace {
 using custents::GeoRectGeometry;
 
 void expectPoint(const OdGePoint3d& actual, const OdGePoint3d& expected) {
-  EXPECT_TRUE(polygontest::samePoint(actual, expected));
+  EXPECT_TRUE(enttest::samePoint(actual, expected));
 }
 
 void expectCorners(const GeoRectGeometry& rect, const OdGePoint3d (&expected)[4]) {
   for (int i = 0; i < 4; ++i)
-    EXPECT_TRUE(polygontest::samePoint(rect.corners[i], expected[i])) << "corner " << i;
+    EXPECT_TRUE(enttest::samePoint(rect.corners[i], expected[i])) << "corner " << i;
 }
 
 /// 10 long along X, 4 wide along Y, P0 at (1, 2).

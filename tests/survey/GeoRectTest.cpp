@@ -10,15 +10,15 @@
 #include "DbPolyline.h"
 #include "OdError.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <cstdint>
 #include <cstdlib>
 
 namespace {
 
-using polygontest::expectPoints;
-using polygontest::samePoint;
+using enttest::expectPoints;
+using enttest::samePoint;
 
 template <class Rect> class RectBody : public testing::Test {
 protected:
@@ -46,13 +46,13 @@ TYPED_TEST(RectBody, WritesTheReferenceRecordAfterTheEntityDataAndReadsOlderVers
   typename TestFixture::Ptr rect = TypeParam::createObject();
   rect->setPts(OdGePoint3d(0, 0, 0), OdGePoint3d(2, 2, 0));
   // No strings of its own.
-  EXPECT_EQ(polygontest::ownRecord(rect), std::string(kReferenceRecord) + "|");
+  EXPECT_EQ(enttest::ownRecord(rect), std::string(kReferenceRecord) + "|");
 
   // Older and negative versions are read as the current one.
   typename TestFixture::Ptr source = TestFixture::axisAligned();
   for (OdInt16 version : {-1, 0, 1}) {
     SCOPED_TRACE(version);
-    polygontest::Filer filer;
+    enttest::Filer filer;
     filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
     source->OdDbEntity::dwgOutFields(&filer);
     filer.wrInt16(version);
@@ -81,7 +81,7 @@ TYPED_TEST(RectBody, TransformMovesTheCornersButNotTheRotationHandle) {
 
   // The old rotation handle is what the file gets; the transform is not filed.
   typename TestFixture::Ptr copy = TypeParam::createObject();
-  ASSERT_EQ(polygontest::copyThroughDwg(rect, copy), eOk);
+  ASSERT_EQ(enttest::copyThroughDwg(rect, copy), eOk);
   EXPECT_TRUE(samePoint(copy->getRotatePt(), OdGePoint3d(6, 54, 0)));
   EXPECT_TRUE(copy->accumulatedTransform() == OdGeMatrix3d::kIdentity);
 }
@@ -95,12 +95,12 @@ TYPED_TEST(RectBody, GripsAreTheCornersThenTheCentreAndMoveByTagInOrder) {
   const OdGePoint3d expected[5] = {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}, {6, 4, 0}};
   for (unsigned i = 0; i < 5; ++i) {
     EXPECT_TRUE(samePoint(grips[i + 1]->gripPoint(), expected[i])) << i;
-    EXPECT_EQ(polygontest::gripIndex(grips[i + 1]), static_cast<OdIntPtr>(i));
+    EXPECT_EQ(enttest::gripIndex(grips[i + 1]), static_cast<OdIntPtr>(i));
     EXPECT_EQ(grips[i + 1]->worldDraw(), nullptr);
   }
 
   // Each grip moves by the full offset in turn: the centre, then corner P2 again.
-  EXPECT_EQ(polygontest::moveGrips(rect, {4, 2}, OdGeVector3d(1, -1, 0)), eOk);
+  EXPECT_EQ(enttest::moveGrips(rect, {4, 2}, OdGeVector3d(1, -1, 0)), eOk);
   expectPoints(rect->getPts(), {{2, 1, 0}, {13, 1, 0}, {13, 4, 0}, {2, 4, 0}});
 }
 
@@ -120,16 +120,16 @@ TYPED_TEST(RectBody, ExplodeSnapsAndIntersectionsComeFromTheEdgesWithTheCentreFi
   ASSERT_EQ(rect->explode(pieces), eOk);
   EXPECT_EQ(pieces.size(), 4u);
   const OdGePoint3dArray c = rect->getPts();
-  polygontest::expectLines(pieces, {{c[0], c[1]}, {c[1], c[2]}, {c[2], c[3]}, {c[3], c[0]}});
+  enttest::expectLines(pieces, {{c[0], c[1]}, {c[1], c[2]}, {c[2], c[3]}, {c[3], c[0]}});
   OdGePoint3dArray centre;
   centre.append(OdGePoint3d(9, 9, 9));
   ASSERT_EQ(rect->getOsnapPoints(OdDb::kOsModeCen, 0, OdGePoint3d(), OdGePoint3d(3, 0, 0),
                                  OdGeMatrix3d::kIdentity, centre),
             eOk);
   expectPoints(centre, {{9, 9, 9}, {6, 4, 0}});
-  expectPoints(polygontest::snapsOf(rect, OdDb::kOsModeMid),
+  expectPoints(enttest::snapsOf(rect, OdDb::kOsModeMid),
                {{6, 2, 0}, {11, 4, 0}, {6, 6, 0}, {1, 4, 0}});
-  EXPECT_EQ(polygontest::snapsOf(rect, OdDb::kOsModeEnd).size(), 8u);
+  EXPECT_EQ(enttest::snapsOf(rect, OdDb::kOsModeEnd).size(), 8u);
 
   OdDbLinePtr line = OdDbLine::createObject();
   line->setStartPoint(OdGePoint3d(0, 3, 0));
@@ -146,7 +146,7 @@ TYPED_TEST(RectBody, ExplodeSnapsAndIntersectionsComeFromTheEdgesWithTheCentreFi
 TEST(GeoRect, FlatOneDrawsAClosedPolylineAtZeroThe3dOneFourEdgesAtTheCornersHeights) {
   OdDbGeoRectPtr flat = OdDbGeoRect::createObject();
   flat->setPts(OdGePoint3d(1, 2, 5), OdGePoint3d(11, 6, 7));
-  std::vector<OdGiRecord> records = polygontest::drawn(flat);
+  std::vector<OdGiRecord> records = enttest::drawn(flat);
   ASSERT_EQ(records.size(), 1u);
   EXPECT_EQ(records[0].kind, OdGiRecord::kPolyline);
   expectPoints(records[0].points, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}, {1, 2, 0}});
@@ -155,10 +155,10 @@ TEST(GeoRect, FlatOneDrawsAClosedPolylineAtZeroThe3dOneFourEdgesAtTheCornersHeig
   OdDbGeo3dRectPtr tilted = OdDbGeo3dRect::createObject();
   EXPECT_FALSE(tilted->isKindOf(OdDbGeoRect::desc()));
   tilted->setPts(OdGePoint3d(0, 0, 1), OdGePoint3d(4, 2, 3));
-  polygontest::moveGrips(tilted, {4}, OdGeVector3d(0, 0, 2)); // P1 and P3 raised to z 2
+  enttest::moveGrips(tilted, {4}, OdGeVector3d(0, 0, 2)); // P1 and P3 raised to z 2
   const OdGePoint3dArray corners = tilted->getPts();
   ASSERT_EQ(corners[1].z, 2.0);
-  records = polygontest::drawn(tilted);
+  records = enttest::drawn(tilted);
   ASSERT_EQ(records.size(), 4u);
   for (unsigned i = 0; i < 4; ++i) {
     EXPECT_EQ(records[i].kind, OdGiRecord::kPolyline);

@@ -5,12 +5,12 @@
 
 #include "survey/OdDbGeoTriangle.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 namespace {
 
-using polygontest::expectPoints;
-using polygontest::samePoint;
+using enttest::expectPoints;
+using enttest::samePoint;
 
 const OdGePoint3d kA(0, 0, 0), kB(6, 0, 0), kC(0, 3, 0);
 
@@ -39,11 +39,11 @@ TEST(GeoTriangle, HandleStandsFiftyAboveTheCentroidAndStaysWhenTheShapeIsRebuilt
 TEST(GeoTriangle, DwgRecordMatchesTheStoredReferenceAndOlderVersionsReadAsIt) {
   // After the entity's data: BS 1 and, as 3BD, V0 (0,0,0), V1 (3,0,0), V2 (0,3,0), the
   // centroid (1,1,0) and the handle (1,51,0); no strings.
-  EXPECT_EQ(polygontest::ownRecord(newTriangle({0, 0, 0}, {3, 0, 0}, {0, 3, 0})),
+  EXPECT_EQ(enttest::ownRecord(newTriangle({0, 0, 0}, {3, 0, 0}, {0, 3, 0})),
             "406a00000000000002102a000000000000021025900000000002012502|");
   for (OdInt16 version : {-1, 0, 1}) {
     SCOPED_TRACE(version);
-    polygontest::Filer filer;
+    enttest::Filer filer;
     filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
     newTriangle()->OdDbEntity::dwgOutFields(&filer);
     filer.wrInt16(version);
@@ -60,7 +60,7 @@ TEST(GeoTriangle, DwgRecordMatchesTheStoredReferenceAndOlderVersionsReadAsIt) {
 
 TEST(GeoTriangle, DrawsAndExplodesItsSidesDrawingInThePlaneZ0) {
   const std::vector<OdGiRecord> records =
-      polygontest::drawn(newTriangle({0, 0, 5}, {6, 0, 5}, {0, 3, 5}));
+      enttest::drawn(newTriangle({0, 0, 5}, {6, 0, 5}, {0, 3, 5}));
   ASSERT_EQ(records.size(), 1u);
   EXPECT_EQ(records[0].kind, OdGiRecord::kPolyline);
   expectPoints(records[0].points, {{0, 0, 0}, {6, 0, 0}, {0, 3, 0}, {0, 0, 0}});
@@ -68,7 +68,7 @@ TEST(GeoTriangle, DrawsAndExplodesItsSidesDrawingInThePlaneZ0) {
   OdRxObjectPtrArray pieces;
   ASSERT_EQ(newTriangle()->explode(pieces), eOk);
   EXPECT_EQ(pieces.size(), 3u);
-  polygontest::expectLines(pieces, {{kA, kB}, {kB, kC}, {kC, kA}});
+  enttest::expectLines(pieces, {{kA, kB}, {kB, kC}, {kC, kA}});
 }
 
 TEST(GeoTriangle, TransformMovesVerticesAndCentreButNotTheHandle) {
@@ -89,7 +89,7 @@ TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndStretchPointsTheVertices)
   const OdGePoint3d expected[] = {kA, kB, kC, {2, 1, 0}};
   for (unsigned int i = 0; i < 4; ++i) {
     EXPECT_TRUE(samePoint(grips[i + 1]->gripPoint(), expected[i]));
-    EXPECT_EQ(polygontest::gripIndex(grips[i + 1]), static_cast<OdIntPtr>(i));
+    EXPECT_EQ(enttest::gripIndex(grips[i + 1]), static_cast<OdIntPtr>(i));
     EXPECT_EQ(grips[i + 1]->worldDraw(), nullptr);
   }
   OdGePoint3dArray points;
@@ -119,7 +119,7 @@ TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndStretchPointsTheVertices)
     OdIntArray indices;
     for (OdIntPtr tag : c.tags)
       indices.append(static_cast<int>(tag));
-    ASSERT_EQ(c.grip ? polygontest::moveGrips(moved, c.tags, v)
+    ASSERT_EQ(c.grip ? enttest::moveGrips(moved, c.tags, v)
                      : moved->moveStretchPointsAt(indices, v),
               eOk);
     expectPoints(moved->getPts(), {c.a, c.b, c.c});
@@ -130,8 +130,8 @@ TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndStretchPointsTheVertices)
 
 TEST(GeoTriangle, SnapsAndIntersectionsAreThoseOfItsSidesWithTheCentroidLast) {
   OdDbGeoTrianglePtr t = newTriangle();
-  expectPoints(polygontest::snapsOf(t, OdDb::kOsModeEnd), {kA, kB, kB, kC, kC, kA});
-  expectPoints(polygontest::snapsOf(t, OdDb::kOsModeMid), {{3, 0, 0}, {3, 1.5, 0}, {0, 1.5, 0}});
+  expectPoints(enttest::snapsOf(t, OdDb::kOsModeEnd), {kA, kB, kB, kC, kC, kA});
+  expectPoints(enttest::snapsOf(t, OdDb::kOsModeMid), {{3, 0, 0}, {3, 1.5, 0}, {0, 1.5, 0}});
   OdGePoint3dArray centre;
   centre.append(OdGePoint3d(7, 7, 7));
   ASSERT_EQ(t->getOsnapPoints(OdDb::kOsModeCen, 0, OdGePoint3d::kOrigin, OdGePoint3d::kOrigin,

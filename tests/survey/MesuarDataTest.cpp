@@ -3,7 +3,7 @@
 
 #include "survey/OdDbMesuarData.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <string>
 
@@ -12,7 +12,7 @@ namespace {
 TEST(MesuarData, OffersNoGripsOrSnapsAndEditsChangeNothing) {
   OdDbMesuarDataPtr data = OdDbMesuarData::createObject();
   data->data = OdString(u"高程 12.5");
-  const std::string before = polygontest::ownRecord(data);
+  const std::string before = enttest::ownRecord(data);
   OdDbGripDataPtrArray grips;
   OdGePoint3dArray points;
   EXPECT_EQ(data->getGripPoints(grips, 1.0, 3, OdGeVector3d::kZAxis, 0), eOk);
@@ -27,10 +27,10 @@ TEST(MesuarData, OffersNoGripsOrSnapsAndEditsChangeNothing) {
   EXPECT_TRUE(points.isEmpty());
 
   EXPECT_EQ(data->transformBy(OdGeMatrix3d::scaling(3.0)), eOk);
-  EXPECT_EQ(polygontest::moveGrips(data, {0}, OdGeVector3d(1, 0, 0)), eOk);
+  EXPECT_EQ(enttest::moveGrips(data, {0}, OdGeVector3d(1, 0, 0)), eOk);
   EXPECT_EQ(data->moveGripPointsAt(OdIntArray{0}, OdGeVector3d(1, 0, 0)), eOk);
   EXPECT_EQ(data->moveStretchPointsAt(OdIntArray{0}, OdGeVector3d(1, 0, 0)), eOk);
-  EXPECT_EQ(polygontest::ownRecord(data), before);
+  EXPECT_EQ(enttest::ownRecord(data), before);
 }
 
 TEST(MesuarData, WritesVersionFiveThenTheText) {
@@ -38,7 +38,7 @@ TEST(MesuarData, WritesVersionFiveThenTheText) {
   data->data = OdString(u"A");
   // Stored reference: version 5 as BS ("01 00000101"); the text as TU, a BS count 1
   // ("01 00000001") and 'A' as two bytes little-endian.
-  EXPECT_EQ(polygontest::ownRecord(data), "4140|40504000");
+  EXPECT_EQ(enttest::ownRecord(data), "4140|40504000");
 }
 
 TEST(MesuarData, OtherVersionsAreReadButDropTheText) {
@@ -49,7 +49,7 @@ TEST(MesuarData, OtherVersionsAreReadButDropTheText) {
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::Message() << "version " << c.version);
     OdDbMesuarDataPtr data = OdDbMesuarData::createObject();
-    polygontest::Filer filer;
+    enttest::Filer filer;
     filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
     data->OdDbEntity::dwgOutFields(&filer);
     filer.wrInt16(c.version);

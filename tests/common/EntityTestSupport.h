@@ -1,5 +1,5 @@
-#ifndef CUSTENTS_TESTS_GEO_POLYGON_TEST_SUPPORT_H
-#define CUSTENTS_TESTS_GEO_POLYGON_TEST_SUPPORT_H
+#ifndef CUSTENTS_TESTS_ENTITY_TEST_SUPPORT_H
+#define CUSTENTS_TESTS_ENTITY_TEST_SUPPORT_H
 
 // Helpers shared by the tests of the survey shapes and the coordinate dimensions: DWG streams as
 // hex text, grips by index, snaps, drawing and explode output, points compared with a tolerance.
@@ -18,7 +18,7 @@
 #include <utility>
 #include <vector>
 
-namespace polygontest {
+namespace enttest {
 
 typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
 typedef std::vector<std::pair<OdGePoint3d, OdGePoint3d>> Segments;
@@ -131,6 +131,6 @@ inline void expectLines(const OdRxObjectPtrArray& pieces, const Segments& ends) 
   }
 }
 
-} // namespace polygontest
+} // namespace enttest
 
 #endif
