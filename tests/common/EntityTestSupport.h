@@ -1,9 +1,11 @@
 #ifndef CUSTENTS_TESTS_ENTITY_TEST_SUPPORT_H
 #define CUSTENTS_TESTS_ENTITY_TEST_SUPPORT_H
 
-// Helpers shared by the tests of the survey shapes and the coordinate dimensions: DWG streams as
-// hex text, grips by index, snaps, drawing and explode output, points compared with a tolerance.
+// Helpers shared by the tests of the survey shapes and the dimensions: a class's own DWG record as
+// hex text, grips by index, snaps, drawing and explode output, true colours, points compared with
+// a tolerance.
 
+#include "CmColor.h"
 #include "DbBitStream.h"
 #include "DbDwgStreamFiler.h"
 #include "DbEntity.h"
@@ -101,6 +103,12 @@ inline std::vector<OdGiRecord> drawn(const OdDbEntity* entity) {
   OdGiRecorder recorder;
   EXPECT_TRUE(entity->worldDraw(&recorder));
   return recorder.records();
+}
+
+inline OdCmColor trueColor(OdUInt8 r, OdUInt8 g, OdUInt8 b) {
+  OdCmColor color;
+  color.setRGB(r, g, b);
+  return color;
 }
 
 inline ::testing::AssertionResult samePoint(const OdGePoint3d& actual, const OdGePoint3d& expected,

@@ -8,7 +8,6 @@
 #include "DbTextStyleTable.h"
 #include "OdError.h"
 
-#include "DimensionTestSupport.h"
 #include "common/EntityTestSupport.h"
 
 #include <functional>
@@ -16,7 +15,7 @@
 
 namespace {
 
-using dimtest::trueColor;
+using enttest::trueColor;
 
 OdCmColor aciColor(OdUInt16 index) {
   OdCmColor color;

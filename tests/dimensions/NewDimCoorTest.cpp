@@ -3,12 +3,10 @@
 
 #include "dimensions/OdDbNewDimCoor.h"
 
+#include "DbDatabase.h"
 #include "DbLayerTable.h"
 #include "DbText.h"
-#include "dimensions/CoorDimExtensions.h"
-#include "dimensions/OdDbDimCoor.h"
 
-#include "DimensionTestSupport.h"
 #include "common/EntityTestSupport.h"
 
 #include <cmath>
@@ -17,9 +15,8 @@
 
 namespace {
 
-using dimtest::ScopedPrecision;
-using dimtest::trueColor;
 using enttest::samePoint;
+using enttest::trueColor;
 
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 const double kInf = std::numeric_limits<double>::infinity();
@@ -67,35 +64,7 @@ void expectTextsAt(const OdDbNewDimCoor* dim, const OdGePoint3d& base, const OdG
   }
 }
 
-TEST(NewDimCoor, SetTxtAccLabelsNorthingAsXUnderTheSurveyConventionAndFillInDoesNot) {
-  struct Case {
-    int precision;
-    bool xUp;
-    const char16_t *x, *y;
-  } cases[] = {{2, false, u"X=100.00", u"Y=200.00"}, {3, true, u"X=200.000", u"Y=100.000"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.precision);
-    ScopedPrecision precision(c.precision);
-    OdDbNewDimCoorPtr dim = dimAt({100, 200, 0}, {110, 210, 0});
-    dim->setXUp(c.xUp);
-    dim->setTxtAcc();
-    EXPECT_EQ(dim->getXTextObj()->contents(), OdString(c.x));
-    EXPECT_EQ(dim->getYTextObj()->contents(), OdString(c.y));
-    // Names never swap.
-    EXPECT_EQ(dim->GetXName(), custents::formatCoordinate(dim->getXFormat(), 100.0));
-    // The shoulder follows the longer text: (9 or 10 + 1) * 2.5 * 0.75.
-    const double reach = (OdString(c.x).getLength() + 1) * 2.5 * 0.75;
-    EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(110 + reach, 210, 0)));
-  }
-  // Empty texts are filled in without the swap.
-  OdDbNewDimCoorPtr dim = dimAt({100, 200, 0}, {});
-  dim->setXtext(OdString());
-  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=100.00"));
-  dim->setYtext(u"Y=a longer text");
-  EXPECT_EQ(dim->GetTextMaxLength(), 15);
-}
-
-TEST(NewDimCoor, ShoulderTextsAndDrawingFollowTheSideOfTheBendEachTextInItsColour) {
+TEST(NewDimCoor, ShoulderTextsAndDrawingFollowTheSideOfTheBendEachTextInItsColourTheLinesInTheirs) {
   struct Case {
     OdGePoint3d dimPt, endPt, base;
   } cases[] = {{{10, 5, 0}, {22, 5, 0}, {10, 5, 0}}, {{-10, 5, 0}, {-22, 5, 0}, {-22, 5, 0}}};
@@ -123,6 +92,11 @@ TEST(NewDimCoor, ShoulderTextsAndDrawingFollowTheSideOfTheBendEachTextInItsColou
       EXPECT_EQ(records[i + 2].traits.trueColor(), colours[i].entityColor());
     }
   }
+  // The entity's colour is the lines' colour; the texts keep theirs.
+  OdDbNewDimCoorPtr dim = labelled(OdGePoint3d::kOrigin, {10, 5, 0});
+  dim->setColorIndex(5);
+  EXPECT_EQ(dim->dimColor().colorIndex(), 5);
+  EXPECT_EQ(dim->getXTextObj()->color(), green);
 }
 
 TEST(NewDimCoor, LayoutIsHorizontalInTheUcsOfItsDrawing) {
@@ -172,24 +146,6 @@ TEST(NewDimCoor, DimensionTextOperationsWorkOnTheGivenText) {
   dim->setTxtStyleId(db->getTextStyleStandardId());
   for (const OdDbMTextPtr& text : textsOf(dim))
     EXPECT_EQ(text->textStyle(), db->getTextStyleStandardId());
-}
-
-TEST(NewDimCoor, TextColourGoesToTheGivenTextOrToAllAndSetColorToTheLinesOnly) {
-  OdDbNewDimCoorPtr dim = labelled({0, 0, 0}, {10, 0, 0});
-  OdDbMTextPtr y = dim->getYTextObj();
-  OdCmColor white = trueColor(255, 255, 255);
-  dim->setColorText(y, white);
-  EXPECT_EQ(dim->getYTextObj()->color().colorIndex(), 7);
-  EXPECT_EQ(dim->getXTextObj()->color(), trueColor(0, 255, 0));
-  OdDbMTextPtr all;
-  OdCmColor almostWhite = trueColor(255, 255, 254);
-  dim->setColorText(all, almostWhite);
-  for (const OdDbMTextPtr& text : textsOf(dim))
-    EXPECT_EQ(text->color(), almostWhite);
-  EXPECT_EQ(dim->dimColor(), trueColor(0, 255, 0)) << "the lines keep theirs";
-  dim->setColorIndex(5);
-  EXPECT_EQ(dim->dimColor().colorIndex(), 5);
-  EXPECT_EQ(dim->getXTextObj()->color(), almostWhite);
 }
 
 TEST(NewDimCoor, HeightsTooSmallOrNotFiniteAreIgnored) {
@@ -331,25 +287,6 @@ TEST(NewDimCoor, TransformMovesPointsAndTextsOrNothing) {
   EXPECT_NE(dim->transformBy(flatten), eOk);
   EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(0, 10, 0)));
   EXPECT_TRUE(samePoint(dim->getXTextObj()->location(), location));
-}
-
-TEST(NewDimCoor, TheOneGripMovesThePointRelabelsItAndRebuildsTheShoulderAndSnapsAreTheLeaders) {
-  ScopedPrecision precision(0);
-  OdDbNewDimCoorPtr dim = labelled({100, 200, 0}, {110, 210, 0});
-  const OdDbGripDataPtrArray grips = enttest::gripsOf(dim);
-  ASSERT_EQ(grips.size(), 1u);
-  EXPECT_TRUE(samePoint(grips[0]->gripPoint(), OdGePoint3d(100, 200, 0)));
-  ASSERT_EQ(enttest::moveGrips(dim, {2}, OdGeVector3d(5, 5, 0)), eOk);
-  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=1"));
-  ASSERT_EQ(enttest::moveGrips(dim, {0}, OdGeVector3d(1, 2, 0)), eOk);
-  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(101, 202, 0)));
-  EXPECT_EQ(dim->getXTextObj()->contents(), OdString(u"X=202"));
-  EXPECT_EQ(dim->getYTextObj()->contents(), OdString(u"Y=101"));
-  EXPECT_EQ(dim->getThirdTextObj()->contents(), OdString(u"P1"));
-  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(110 + 6 * 2 * 0.75, 210, 0)));
-  // Snaps come from the leader only.
-  enttest::expectPoints(enttest::snapsOf(dim, OdDb::kOsModeMid), {{105.5, 206, 0}});
-  EXPECT_EQ(enttest::snapsOf(dim, OdDb::kOsModeIns).size(), 0u);
 }
 
 TEST(NewDimCoor, ExplodesIntoLinesAndTextsAndSuperExplodesTheTextsToo) {
