@@ -1,6 +1,7 @@
 // The survey polygon's own rules: construction, its side count, the record and versions it
-// reads, drawing, grips, stretch, snaps and explode geometry. What every class must do is checked
-// once by the class contract suite (tests/contract).
+// reads, drawing, grips, stretch, snaps and explode geometry; its vertex construction and central
+// angle (GeoPolygonGeometry) are checked through it. What every class must do is checked once by
+// the class contract suite (tests/contract).
 
 #include "survey/OdDbGeoPolygon.h"
 
@@ -63,7 +64,7 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStandsOrRefusesUnusableCou
   const double inf = std::numeric_limits<double>::infinity();
   struct Case {
     double requested;
-    OdInt32 sides; // -1: refused, the six sides stay
+    OdInt32 sides; // 99: refused, the six sides stay
   } cases[] = {{4.9, 4},       {1.0, 1},  {0.0, 0},  {0.7, 0},   {-2.5, -2},    {-32768.0, -32768},
                {-32769.0, 99}, {nan, 99}, {inf, 99}, {-inf, 99}, {32768.0, 99}, {-40000.0, 99}};
   for (const Case& c : cases) {
@@ -78,6 +79,9 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStandsOrRefusesUnusableCou
     p->SetVertexNub(c.requested);
     EXPECT_EQ(p->GetVertexNub(), c.sides);
     expectPoints(p->getVertexList(), regularVertices(c.sides));
+    if (c.sides != 0) { // the central angle, shown without its sign
+      EXPECT_NEAR(p->GetAngel(), 360.0 / std::abs(c.sides), 1e-9);
+    }
   }
 }
 
