@@ -3,8 +3,6 @@
 
 #include "ModuleFixture.h"
 
-#include "DbBlockTable.h"
-#include "DbDatabase.h"
 #include "DbLine.h"
 #include "EntEditTextOper.h"
 #include "MenuTables.h"
@@ -15,28 +13,13 @@ namespace {
 
 class PropertyContract : public LoadedModule {
 protected:
-  void SetUp() override {
-    LoadedModule::SetUp();
-    db = OdDbDatabase::createObject();
-  }
-  void TearDown() override {
-    db = nullptr;
-    LoadedModule::TearDown();
-  }
-
-  /// A new entity of the class, added to model space and open for write.
-  OdDbEntityPtr addEntity(const OdString& className) {
-    OdDbEntityPtr entity = OdDbEntity::cast(odrxGetClass(className)->create());
-    OdDbBlockTableRecordPtr space =
-        OdDbBlockTableRecord::cast(db->getModelSpaceId().safeOpenObject(OdDb::kForWrite));
-    space->appendOdDbEntity(entity);
-    return entity;
+  /// A new entity of the class, made through the class dictionary as a host makes it.
+  static OdDbEntityPtr newEntity(const OdString& className) {
+    return OdDbEntity::cast(odrxGetClass(className)->create());
   }
   static PropertyPEPtr extensionOf(const OdString& className) {
     return PropertyPE::cast(odrxGetClass(className)->getX(PropertyPE::desc()));
   }
-
-  OdDbDatabasePtr db;
 };
 
 TEST_F(PropertyContract, DisplayNamesOfTheEntities) {
@@ -53,7 +36,7 @@ TEST_F(PropertyContract, DisplayNamesOfTheEntities) {
               {u"OdDbSymmetryAxis", u"对称轴"}, {u"OdDb3dArrow", u"箭头"},
               {u"OdDbDivPoint", u"点"}};
   for (const Row& row : rows) {
-    OdDbEntityPtr entity = addEntity(row.className);
+    OdDbEntityPtr entity = newEntity(row.className);
     EXPECT_EQ(extensionOf(row.className)->getEntityName(entity), OdString(row.displayName))
         << utf8(row.className);
   }
@@ -61,7 +44,7 @@ TEST_F(PropertyContract, DisplayNamesOfTheEntities) {
 
 TEST_F(PropertyContract, ClassesDerivedFromTheExtensionsClassAreAccepted) {
   // The hot pipe on the pipe's page; other classes are refused (each page's own tests).
-  OdDbEntityPtr hot = addEntity(OD_T("DecorationPipeHot"));
+  OdDbEntityPtr hot = newEntity(OD_T("DecorationPipeHot"));
   EXPECT_NO_THROW(extensionOf(OD_T("DecorationPipe"))->getPropAttributeByeId(hot, 0, 0));
   EXPECT_THROW(extensionOf(OD_T("OdDbGeoRect"))->getPropAttributeByeId(hot, 0, 0),
                OdError_NotThatKindOfClass);
@@ -97,7 +80,7 @@ TEST_F(PropertyContract, DimensionMenusCopyTheHostEntriesInOrderAndSkipMissingId
 
 TEST_F(PropertyContract, TextEditingCallbacksClaimNoEntityYet) {
   // The module's one pair of callbacks answers the same for every class.
-  OdDbEntityPtr entity = addEntity(OD_T("OdDbDimCoor"));
+  OdDbEntityPtr entity = newEntity(OD_T("OdDbDimCoor"));
   OdSmartPtr<OdDbEntity> text;
   int kind = 7;
   EXPECT_FALSE(EntEditTextOper::pickText(entity, OdGePoint3d(), text, kind));
