@@ -99,7 +99,7 @@ std::vector<OdDbMTextPtr> textsOf(const OdDbNewDimCoor* dim) {
   return {dim->getXTextObj(), dim->getYTextObj(), dim->getThirdTextObj()};
 }
 
-TEST(NewCoorDimPropertyPE, ShowsAndSetsTextColourContentsAndSize) {
+TEST(NewCoorDimPropertyPE, ShowsAndSetsTextContentsSizeAndColour) {
   PropertyPEPtr pe = pageOf<OdDbNewDimCoor>();
   OdDbNewDimCoorPtr dim = newDim();
   OdVariant green;
@@ -116,25 +116,16 @@ TEST(NewCoorDimPropertyPE, ShowsAndSetsTextColourContentsAndSize) {
     EXPECT_EQ(t->textHeight(), 5.0);
   // The shoulder follows: (11 + 1) * 5 * 0.75.
   EXPECT_NEAR(dim->getEndPt().x, 45.0, 1e-9);
-}
 
-TEST(NewCoorDimPropertyPE, ColourGoesToAllTextsWithPureWhiteAsSeven) {
-  struct Case {
-    OdUInt32 packed;
-    OdUInt32 applied;
-  } cases[] = {{0xC2102030u, 0xC2102030u},
-               {0xC3000005u, 0xC3000005u},
-               {0xC2FFFFFFu, 0xC3000007u},
-               {0xC2FFFFFEu, 0xC2FFFFFEu}};
-  PropertyPEPtr pe = pageOf<OdDbNewDimCoor>();
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.packed);
-    OdDbNewDimCoorPtr dim = newDim();
-    EXPECT_TRUE(pe->setPropAttributeByeId(dim, int32(static_cast<OdInt32>(c.packed)), 1, 0));
+  // One colour for all texts, pure white as ACI 7; the lines keep theirs.
+  for (const OdUInt32 packed : {0xC2102030u, 0xC3000005u, 0xC2FFFFFFu}) {
+    SCOPED_TRACE(packed);
+    const OdUInt32 applied = packed == 0xC2FFFFFFu ? 0xC3000007u : packed;
+    EXPECT_TRUE(pe->setPropAttributeByeId(dim, int32(static_cast<OdInt32>(packed)), 1, 0));
     for (const OdDbMTextPtr& t : textsOf(dim))
-      EXPECT_EQ(t->color().color(), c.applied);
-    EXPECT_EQ(pe->getPropAttributeByeId(dim, 1, 0).value.getUInt32(), c.applied);
-    EXPECT_EQ(dim->dimColor().color(), 0xC200FF00u) << "the lines keep their colour";
+      EXPECT_EQ(t->color().color(), applied);
+    EXPECT_EQ(pe->getPropAttributeByeId(dim, 1, 0).value.getUInt32(), applied);
+    EXPECT_EQ(dim->dimColor().color(), 0xC200FF00u);
   }
 }
 
