@@ -31,7 +31,7 @@ OdDbCustomDimensionBasePtr addDimension(OdDbDatabase* database) {
   return dimension;
 }
 
-TEST(CustomDimensionBase, PureWhiteTextBecomesAci7) {
+TEST(CustomDimensionBase, PureWhiteTextBecomesAci7AndTooSmallAFontHeightIsIgnored) {
   struct Case {
     const char* what;
     OdCmColor given;
@@ -56,18 +56,16 @@ TEST(CustomDimensionBase, PureWhiteTextBecomesAci7) {
   dimension->setColorText(none, white);
   EXPECT_TRUE(white.isByACI());
   EXPECT_EQ(7, white.colorIndex());
-}
 
-TEST(CustomDimensionBase, FontHeightBelowTheThresholdIsIgnored) {
-  struct Case {
+  // A font height below 1e-8 is ignored.
+  const struct {
     double height;
     double expected;
-  } const cases[] = {
+  } heights[] = {
       {0.0, 2.5},   {5e-9, 2.5}, {-3.0, 2.5}, {std::numeric_limits<double>::quiet_NaN(), 2.5},
       {1e-8, 1e-8}, {7.5, 7.5},
   };
-  OdDbCustomDimensionBasePtr dimension = OdDbCustomDimensionBase::createObject();
-  for (const Case& c : cases) {
+  for (const auto& c : heights) {
     SCOPED_TRACE(c.height);
     OdDbMTextPtr text = OdDbMText::createObject();
     text->setHeight(11.0);
@@ -75,7 +73,6 @@ TEST(CustomDimensionBase, FontHeightBelowTheThresholdIsIgnored) {
     EXPECT_EQ(c.expected, text->textHeight());
     EXPECT_EQ(11.0, text->height()); // the box height is not the font height
   }
-  OdDbMTextPtr none;
   EXPECT_NO_THROW(dimension->setFontHeight(none, 3.0));
 }
 

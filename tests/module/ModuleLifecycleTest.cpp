@@ -24,7 +24,7 @@ OdResult codeOf(const std::function<void()>& action) {
   return eOk;
 }
 
-TEST_F(ModuleLifecycle, EntryPointsGiveVersionOneAndOneModuleObject) {
+TEST_F(ModuleLifecycle, EntryPointsGiveVersionOneAndOneModuleObjectThatLocksTheDatabaseModule) {
   void* handle = module->sysData();
   ASSERT_NE(handle, nullptr);
   auto getVersion = reinterpret_cast<OdrxGetAPIVersionFn>(dlsym(handle, "odrxGetAPIVersion"));
@@ -42,9 +42,8 @@ TEST_F(ModuleLifecycle, EntryPointsGiveVersionOneAndOneModuleObject) {
   void* handleArgument = &marker;
   EXPECT_EQ(create(&handleArgument), module.get());
   EXPECT_EQ(handleArgument, &marker);
-}
 
-TEST_F(ModuleLifecycle, FileNameComesFromTheLoaderAndTheDatabaseModuleIsLockedOnce) {
+  // The file name comes from the loader; the database module is locked once.
   const std::string fileName = utf8(module->fileName());
   ASSERT_GE(fileName.size(), 11u);
   EXPECT_EQ(fileName.substr(fileName.size() - 11), "CustEnts.tx");

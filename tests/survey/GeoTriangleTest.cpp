@@ -23,7 +23,7 @@ OdGePoint3d centroid(const OdGePoint3d& a, const OdGePoint3d& b, const OdGePoint
   return (a + b.asVector() + c.asVector()) / 3.0;
 }
 
-TEST(GeoTriangle, HandleStandsFiftyAboveTheCentroidAndStaysWhenTheShapeIsRebuilt) {
+TEST(GeoTriangle, HandleStandsFiftyAboveTheCentroidAndStaysWhenTheShapeIsRebuiltOrMoved) {
   OdDbGeoTrianglePtr t = newTriangle({0, 0, 0}, {6, 0, 3}, {0, 9, 6});
   EXPECT_TRUE(samePoint(t->getCenterPt(), OdGePoint3d(2, 3, 3)));
   EXPECT_TRUE(samePoint(t->getRotatePt(), OdGePoint3d(2, 53, 3)));
@@ -34,6 +34,12 @@ TEST(GeoTriangle, HandleStandsFiftyAboveTheCentroidAndStaysWhenTheShapeIsRebuilt
   EXPECT_TRUE(samePoint(t->getRotatePt(), OdGePoint3d(2, 53, 3)));
   t->calcRotatePt();
   EXPECT_TRUE(samePoint(t->getRotatePt(), OdGePoint3d(10, 60, 0)));
+  // A transform moves the vertices and the centre, not the handle.
+  t = newTriangle();
+  ASSERT_EQ(t->transformBy(OdGeMatrix3d::rotation(OdaPI / 2, OdGeVector3d::kZAxis)), eOk);
+  expectPoints(t->getPts(), {{0, 0, 0}, {0, 6, 0}, {-3, 0, 0}});
+  EXPECT_TRUE(samePoint(t->getCenterPt(), OdGePoint3d(-1, 2, 0)));
+  EXPECT_TRUE(samePoint(t->getRotatePt(), OdGePoint3d(2, 51, 0)));
 }
 
 TEST(GeoTriangle, DwgRecordMatchesTheStoredReferenceAndOlderVersionsReadAsIt) {
@@ -56,28 +62,6 @@ TEST(GeoTriangle, DwgRecordMatchesTheStoredReferenceAndOlderVersionsReadAsIt) {
     expectPoints(target->getPts(), {{1, 1, 0}, {4, 1, 0}, {1, 5, 0}});
     EXPECT_TRUE(samePoint(target->getRotatePt(), OdGePoint3d(2, 52, 0)));
   }
-}
-
-TEST(GeoTriangle, DrawsAndExplodesItsSidesDrawingInThePlaneZ0) {
-  const std::vector<OdGiRecord> records =
-      enttest::drawn(newTriangle({0, 0, 5}, {6, 0, 5}, {0, 3, 5}));
-  ASSERT_EQ(records.size(), 1u);
-  EXPECT_EQ(records[0].kind, OdGiRecord::kPolyline);
-  expectPoints(records[0].points, {{0, 0, 0}, {6, 0, 0}, {0, 3, 0}, {0, 0, 0}});
-
-  OdRxObjectPtrArray pieces;
-  ASSERT_EQ(newTriangle()->explode(pieces), eOk);
-  EXPECT_EQ(pieces.size(), 3u);
-  enttest::expectLines(pieces, {{kA, kB}, {kB, kC}, {kC, kA}});
-}
-
-TEST(GeoTriangle, TransformMovesVerticesAndCentreButNotTheHandle) {
-  OdDbGeoTrianglePtr t = newTriangle();
-  const OdGePoint3d handle = t->getRotatePt();
-  ASSERT_EQ(t->transformBy(OdGeMatrix3d::rotation(OdaPI / 2, OdGeVector3d::kZAxis)), eOk);
-  expectPoints(t->getPts(), {{0, 0, 0}, {0, 6, 0}, {-3, 0, 0}});
-  EXPECT_TRUE(samePoint(t->getCenterPt(), OdGePoint3d(-1, 2, 0)));
-  EXPECT_TRUE(samePoint(t->getRotatePt(), handle));
 }
 
 TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndStretchPointsTheVertices) {
@@ -125,7 +109,18 @@ TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndStretchPointsTheVertices)
   }
 }
 
-TEST(GeoTriangle, SnapsAndIntersectionsAreThoseOfItsSidesWithTheCentroid) {
+TEST(GeoTriangle, DrawnAtZ0ExplodedSnappedAndIntersectedAlongItsSides) {
+  const std::vector<OdGiRecord> records =
+      enttest::drawn(newTriangle({0, 0, 5}, {6, 0, 5}, {0, 3, 5}));
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_EQ(records[0].kind, OdGiRecord::kPolyline);
+  expectPoints(records[0].points, {{0, 0, 0}, {6, 0, 0}, {0, 3, 0}, {0, 0, 0}});
+
+  OdRxObjectPtrArray pieces;
+  ASSERT_EQ(newTriangle()->explode(pieces), eOk);
+  EXPECT_EQ(pieces.size(), 3u);
+  enttest::expectLines(pieces, {{kA, kB}, {kB, kC}, {kC, kA}});
+
   OdDbGeoTrianglePtr t = newTriangle();
   expectPoints(enttest::snapsOf(t, OdDb::kOsModeEnd), {kA, kB, kB, kC, kC, kA});
   expectPoints(enttest::snapsOf(t, OdDb::kOsModeMid), {{3, 0, 0}, {3, 1.5, 0}, {0, 1.5, 0}});

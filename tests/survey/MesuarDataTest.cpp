@@ -25,6 +25,7 @@ TEST(MesuarData, OffersNoGripsOrSnapsAndEditsChangeNothing) {
             eOk);
   EXPECT_TRUE(grips.isEmpty());
   EXPECT_TRUE(points.isEmpty());
+  EXPECT_TRUE(enttest::drawn(data).empty()); // and worldDraw says it is done
 
   EXPECT_EQ(data->transformBy(OdGeMatrix3d::scaling(3.0)), eOk);
   EXPECT_EQ(enttest::moveGrips(data, {0}, OdGeVector3d(1, 0, 0)), eOk);

@@ -102,9 +102,6 @@ TEST(SurveyFill, ColourIsASolidHatchAndAPatternReportsHowManyCellsTheAreaHolds) 
     EXPECT_EQ(hatch->patternType(), OdDbHatch::kPreDefined);
     EXPECT_EQ(hatch->patternName(), OdString(u"SOLID"));
     EXPECT_EQ(hatch->color().color(), colour.color());
-    double area = 0;
-    hatch->getArea(area);
-    EXPECT_NEAR(area, s.area, 1e-9);
 
     for (const auto& c : cases) {
       SCOPED_TRACE(testing::Message() << "scale " << c.scale << " unit " << c.unit);
@@ -123,7 +120,7 @@ TEST(SurveyFill, ColourIsASolidHatchAndAPatternReportsHowManyCellsTheAreaHolds) 
   }
 }
 
-TEST(SurveyFill, OtherClassesAreRefusedAndNoShapeFillsNothing) {
+TEST(SurveyFill, OtherClassesNoShapeAndShapesThatCannotBeFilledAreRefused) {
   OdDbDatabasePtr db = OdDbDatabase::createObject();
   for (const Shape& s : shapes(db)) {
     SCOPED_TRACE(s.name);
@@ -141,10 +138,6 @@ TEST(SurveyFill, OtherClassesAreRefusedAndNoShapeFillsNothing) {
     EXPECT_TRUE(s.filler->FillPattern(OdDbEntityPtr(), OdString(u"LINE"), 1, 0, ratio).isNull());
     EXPECT_EQ(ratio, 1.0);
   }
-}
-
-TEST(SurveyFill, ShapeRulesRefuseWhatCannotBeFilled) {
-  OdDbDatabasePtr db = OdDbDatabase::createObject();
   std::vector<Shape> all = shapes(db);
   // A polygon with fewer vertices than sides has no outline.
   OdDbGeoPolygon::cast(all[1].entity)->init(OdGePoint3d::kOrigin, 6);
