@@ -26,7 +26,7 @@ OdVariant text(const char16_t* value) {
   return OdVariant(OdString(value));
 }
 
-struct RowSpec {
+struct Row {
   OdVariant value;
   OdInt32 editorKind;
 };
@@ -34,7 +34,7 @@ struct RowSpec {
 /// The page's groups and its rows of group 1, all editable, with their values. The rows' labels
 /// and tips are constants, and the display name is checked with the other classes' in
 /// tests/module.
-void expectRows(PropertyPE* pe, const OdDbEntity* entity, const std::vector<RowSpec>& rows) {
+void expectRows(PropertyPE* pe, const OdDbEntity* entity, const std::vector<Row>& rows) {
   ASSERT_NE(pe, nullptr);
   EXPECT_EQ(pe->getPropertyCount(), 2);
   EXPECT_EQ(pe->getPropertyByeId(entity, 0).flag, 1);
