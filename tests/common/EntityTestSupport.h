@@ -59,6 +59,15 @@ inline std::string ownRecord(const OdDbEntity* entity) {
          hexOfBits(full.stringBuffer(), full.stringBitSize(), base.stringBitSize());
 }
 
+/// The object's whole record, its base's data included: the data and the strings in hex.
+inline std::string wholeRecord(const OdDbObject* object) {
+  Filer filer;
+  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  object->dwgOutFields(&filer);
+  return hexOfBits(filer.dataBuffer(), filer.dataBitSize(), 0) + "|" +
+         hexOfBits(filer.stringBuffer(), filer.stringBitSize(), 0);
+}
+
 /// Writes `source` and reads it into `target`, the way copies are made.
 inline OdResult copyThroughDwg(const OdDbObject* source, OdDbObject* target) {
   Filer filer;

@@ -66,10 +66,10 @@ TEST(CoorDimPropertyPE, ShowsAndSetsBothTexts) {
   EXPECT_EQ(dim->getXText(), OdString(u"X=8"));
   EXPECT_EQ(dim->getYText(), OdString(u"Y=9"));
   // Rows and groups the page does not have are answered with true and change nothing.
-  const std::string before = enttest::ownRecord(dim);
+  const std::string before = enttest::wholeRecord(dim);
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"?"), 1, 2));
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, text(u"?"), 2, 0));
-  EXPECT_EQ(enttest::ownRecord(dim), before);
+  EXPECT_EQ(enttest::wholeRecord(dim), before);
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, int32(static_cast<OdInt32>(0xC3000003)), 0, 0));
   EXPECT_EQ(dim->getDimColor().colorIndex(), 3) << "the common colour row colours the lines";
 }
@@ -139,9 +139,9 @@ TEST(NewCoorDimPropertyPE, UnusableColoursAndHeightsChangeNothing) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.row);
     OdDbNewDimCoorPtr dim = newDim();
-    const std::string before = enttest::ownRecord(dim);
+    const std::string before = enttest::wholeRecord(dim);
     EXPECT_FALSE(pe->setPropAttributeByeId(dim, c.value, 1, c.row));
-    EXPECT_EQ(enttest::ownRecord(dim), before);
+    EXPECT_EQ(enttest::wholeRecord(dim), before);
   }
   OdDbNewDimCoorPtr dim = newDim();
   EXPECT_TRUE(pe->setPropAttributeByeId(dim, OdVariant(1e-8), 1, 3)) << "just above the limit";

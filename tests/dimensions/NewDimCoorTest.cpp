@@ -249,7 +249,7 @@ TEST(NewDimCoor, ReadingKeepsTheUcsTheDimensionWasLaidOutIn) {
   ASSERT_EQ(enttest::copyThroughDwg(source, copy), eOk);
   EXPECT_TRUE(samePoint(copy->getEndPt(), endPt));
   EXPECT_TRUE(copy->getXTextObj()->direction().isEqualTo(OdGeVector3d::kYAxis));
-  EXPECT_EQ(enttest::ownRecord(copy), enttest::ownRecord(source));
+  EXPECT_EQ(enttest::wholeRecord(copy), enttest::wholeRecord(source));
   // The next edit lays it out in its own drawing's UCS.
   copy->setArrow();
   EXPECT_TRUE(samePoint(copy->getEndPt(), OdGePoint3d(13.125, 10, 0)));

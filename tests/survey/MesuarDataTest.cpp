@@ -12,7 +12,7 @@ namespace {
 TEST(MesuarData, OffersNoGripsOrSnapsAndEditsChangeNothing) {
   OdDbMesuarDataPtr data = OdDbMesuarData::createObject();
   data->data = OdString(u"高程 12.5");
-  const std::string before = enttest::ownRecord(data);
+  const std::string before = enttest::wholeRecord(data);
   OdDbGripDataPtrArray grips;
   OdGePoint3dArray points;
   EXPECT_EQ(data->getGripPoints(grips, 1.0, 3, OdGeVector3d::kZAxis, 0), eOk);
@@ -31,7 +31,7 @@ TEST(MesuarData, OffersNoGripsOrSnapsAndEditsChangeNothing) {
   EXPECT_EQ(enttest::moveGrips(data, {0}, OdGeVector3d(1, 0, 0)), eOk);
   EXPECT_EQ(data->moveGripPointsAt(OdIntArray{0}, OdGeVector3d(1, 0, 0)), eOk);
   EXPECT_EQ(data->moveStretchPointsAt(OdIntArray{0}, OdGeVector3d(1, 0, 0)), eOk);
-  EXPECT_EQ(enttest::ownRecord(data), before);
+  EXPECT_EQ(enttest::wholeRecord(data), before);
 }
 
 TEST(MesuarData, WritesVersionFiveThenTheText) {
