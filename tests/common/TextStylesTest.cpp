@@ -22,7 +22,7 @@ TEST(FontFileName, LastFaceAgreeingOverTheShorterLengthWins) {
   } const cases[] = {
       {u"Arial", "ARIAL.TTF"},
       {u"Arial Black", "ARIAL.TTF"}, // agrees with "Arial" over five characters
-      {u"", "hztxt.shx"}, // agrees with every entry, so the last one
+      {u"", "hztxt.shx"},            // agrees with every entry, so the last one
       {u"宋体", "SIMSUN.TTC"},
       {u"华", "STZHONGS.TTF"},     // the last of the 华文 faces
       {u"华文细黑", "simsun.ttc"}, // the table spells this face 花纹细黑
@@ -96,7 +96,7 @@ protected:
   OdDbDatabasePtr database;
 };
 
-TEST_F(TextStylesTest, StyleIsTrueTypeWithTheFaceOrBigFontForShxFilesInAnyCase) {
+TEST_F(TextStylesTest, StyleIsTrueTypeWithTheFaceOrBigFontForShxFilesInAnyCaseNamedWithItsSize) {
   EXPECT_EQ(factsOf(custents::getCurTextStyle(database, 3.0, u"Courier New", u"COUR.TTF", 1, 0)),
             "Courier New_txtstyle_1_0|COUR.TTF||Courier New|100|0|1|0|3");
   // SHX files are told by their extension in any letter case.
@@ -115,15 +115,13 @@ TEST_F(TextStylesTest, StyleIsTrueTypeWithTheFaceOrBigFontForShxFilesInAnyCase) 
   // "shx" must be the last three characters: a TrueType file that merely contains it is not.
   EXPECT_EQ(factsOf(custents::getCurTextStyle(database, 5.0, u"x", u"shx.ttf", 0, 0)).substr(0, 28),
             "x_txtstyle_0_0|shx.ttf||x|00");
-}
-
-TEST_F(TextStylesTest, SizedNameForm) {
-  EXPECT_EQ(OdString(u"hztxt_txtstyle_12.00_0_0"),
-            styleOf(custents::getCurTextStyle(database, 2.5, u"hztxt", u"hztxt.shx", 0, 0, 12.0))
-                ->getName());
-  EXPECT_EQ(OdString(u"hztxt_txtstyle_3.46_0_0"),
-            styleOf(custents::getCurTextStyle(database, 2.5, u"hztxt", u"hztxt.shx", 0, 0, 3.456))
-                ->getName());
+  // A size for the name goes in with two decimals.
+  for (const auto& sized : {std::make_pair(12.0, u"hztxt_txtstyle_12.00_0_0"),
+                            std::make_pair(3.456, u"hztxt_txtstyle_3.46_0_0")}) {
+    const OdDbObjectId id =
+        custents::getCurTextStyle(database, 2.5, u"hztxt", u"hztxt.shx", 0, 0, sized.first);
+    EXPECT_EQ(OdString(sized.second), styleOf(id)->getName());
+  }
 }
 
 TEST_F(TextStylesTest, AskingAgainCreatesNothing) {

@@ -5,19 +5,17 @@
 #include "BrevantApp.h"
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
-#include "DbDwgStreamFiler.h"
 #include "DbTextStyleTable.h"
 #include "OdError.h"
-#include "RxObjectImpl.h"
 
-#include "DimensionTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <functional>
 #include <limits>
 
 namespace {
 
-using dimtest::trueColor;
+using enttest::trueColor;
 
 OdCmColor aciColor(OdUInt16 index) {
   OdCmColor color;
@@ -33,7 +31,7 @@ OdDbCustomDimensionBasePtr addDimension(OdDbDatabase* database) {
   return dimension;
 }
 
-TEST(CustomDimensionBase, PureWhiteTextBecomesAci7) {
+TEST(CustomDimensionBase, PureWhiteTextBecomesAci7AndTooSmallAFontHeightIsIgnored) {
   struct Case {
     const char* what;
     OdCmColor given;
@@ -58,18 +56,16 @@ TEST(CustomDimensionBase, PureWhiteTextBecomesAci7) {
   dimension->setColorText(none, white);
   EXPECT_TRUE(white.isByACI());
   EXPECT_EQ(7, white.colorIndex());
-}
 
-TEST(CustomDimensionBase, FontHeightBelowTheThresholdIsIgnored) {
-  struct Case {
+  // A font height below 1e-8 is ignored.
+  const struct {
     double height;
     double expected;
-  } const cases[] = {
+  } heights[] = {
       {0.0, 2.5},   {5e-9, 2.5}, {-3.0, 2.5}, {std::numeric_limits<double>::quiet_NaN(), 2.5},
       {1e-8, 1e-8}, {7.5, 7.5},
   };
-  OdDbCustomDimensionBasePtr dimension = OdDbCustomDimensionBase::createObject();
-  for (const Case& c : cases) {
+  for (const auto& c : heights) {
     SCOPED_TRACE(c.height);
     OdDbMTextPtr text = OdDbMText::createObject();
     text->setHeight(11.0);
@@ -77,7 +73,6 @@ TEST(CustomDimensionBase, FontHeightBelowTheThresholdIsIgnored) {
     EXPECT_EQ(c.expected, text->textHeight());
     EXPECT_EQ(11.0, text->height()); // the box height is not the font height
   }
-  OdDbMTextPtr none;
   EXPECT_NO_THROW(dimension->setFontHeight(none, 3.0));
 }
 
@@ -119,19 +114,16 @@ TEST(CustomDimensionBase, DefaultTextHeightFollowsTheCurrentStyle) {
   EXPECT_EQ(2.5, OdDbCustomDimensionBase::createObject()->GetTextHeight());
 }
 
-TEST(CustomDimensionBase, SettersNeedWriteAccessAndChangeNothing) {
+TEST(CustomDimensionBase, SettersNeedWriteAccessAndTheBaseFilesOnlyTheEntityData) {
   OdDbDatabasePtr database = OdDbDatabase::createObject();
   OdDbCustomDimensionBasePtr dimension = addDimension(database.get());
+  dimension->setColor(trueColor(10, 20, 30));
+  EXPECT_EQ(enttest::ownRecord(dimension), "|");
   OdDbMTextPtr text = OdDbMText::createObject();
   text->setContents(u"12.50");
   EXPECT_TRUE(dimension->setDimensionText(u"99", text));
   EXPECT_TRUE(dimension->editDimensionText(text, OdDbMText::createObject()));
-  OdArray<OdRxObjectPtr> pieces;
-  EXPECT_EQ(eOk, dimension->subSuperExplode(pieces));
-  EXPECT_EQ(0u, pieces.size());
-  double height = 4.25;
-  dimension->getTextHeight(height);
-  EXPECT_EQ(4.25, height);
+  EXPECT_EQ(OdString(u"12.50"), text->contents());
 
   dimension->downgradeOpen();
   OdCmColor color = trueColor(1, 2, 3);
@@ -150,22 +142,10 @@ TEST(CustomDimensionBase, SettersNeedWriteAccessAndChangeNothing) {
       EXPECT_EQ(eNotOpenForWrite, error.code());
     }
   }
-  EXPECT_EQ(OdString(u"12.50"), text->contents());
   EXPECT_TRUE(text->color().isByLayer());
-  EXPECT_NO_THROW(dimension->subSuperExplode(pieces));
-}
-
-TEST(CustomDimensionBase, FilesOnlyTheEntityData) {
-  OdDbCustomDimensionBasePtr dimension = OdDbCustomDimensionBase::createObject();
-  dimension->setColor(trueColor(10, 20, 30));
-  OdStaticRxObject<OdDbDwgStreamFiler> own, entity;
-  own.openForWrite(nullptr, OdDbFiler::kCopyFiler);
-  dimension->dwgOutFields(&own);
-  entity.openForWrite(nullptr, OdDbFiler::kCopyFiler);
-  dimension->OdDbEntity::dwgOutFields(&entity);
-  EXPECT_EQ(own.dataBitSize(), entity.dataBitSize());
-  EXPECT_TRUE(own.dataBuffer() == entity.dataBuffer());
-  EXPECT_TRUE(own.stringBuffer() == entity.stringBuffer());
+  OdArray<OdRxObjectPtr> pieces;
+  EXPECT_EQ(eOk, dimension->subSuperExplode(pieces));
+  EXPECT_TRUE(pieces.isEmpty());
 }
 
 } // namespace

@@ -1,23 +1,50 @@
-// The older coordinate dimension and the layout both coordinate dimensions share. What every
-// class must do is checked once by the class contract suite (tests/contract).
+// The layout both coordinate dimensions share, what they do alike (typed, for both classes), and
+// the older dimension's own rules. What every class must do is checked once by the class contract
+// suite (tests/contract).
 
 #include "dimensions/OdDbDimCoor.h"
+#include "dimensions/OdDbNewDimCoor.h"
 
+#include "BrevantApp.h"
 #include "DbTextStyleTable.h"
 #include "dimensions/CoorDimExtensions.h"
 
-#include "DimensionTestSupport.h"
-#include "survey/GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <cmath>
+#include <cstdio>
 #include <limits>
+#include <unistd.h>
 #include <vector>
 
 namespace {
 
-using dimtest::ScopedPrecision;
-using dimtest::trueColor;
-using polygontest::samePoint;
+using enttest::samePoint;
+using enttest::trueColor;
+
+/// Points the host's profile at a file of its own holding `precision` (or no setting at all)
+/// for the life of the object.
+class ScopedPrecision {
+public:
+  explicit ScopedPrecision(const int* precision)
+      : m_previous(TheApp()->profilePath()),
+        m_path("/tmp/custents-dimtest-" + std::to_string(getpid()) + ".ini") {
+    std::remove(m_path.c_str());
+    TheApp()->setProfilePath(OdString(m_path.c_str()));
+    if (precision) {
+      EXPECT_TRUE(TheApp()->WriteProfileInt(u"options", u"dimAccurity", *precision));
+    }
+  }
+  explicit ScopedPrecision(int precision) : ScopedPrecision(&precision) {}
+  ~ScopedPrecision() {
+    TheApp()->setProfilePath(m_previous);
+    std::remove(m_path.c_str());
+  }
+
+private:
+  OdString m_previous;
+  std::string m_path;
+};
 
 /// The fields of a record, for writing streams as drawings carry them.
 struct Record {
@@ -29,19 +56,6 @@ struct Record {
   bool colours = true;
   OdCmColor dimColor = trueColor(10, 20, 30), txtColor = trueColor(40, 50, 60);
 };
-
-/// A new dimension's fields: at the origin, green, text height 2.5 and gap 0.5.
-Record defaults() {
-  Record r;
-  r.startPt = r.dimPt = r.endPt = OdGePoint3d::kOrigin;
-  r.txtHeight = 2.5;
-  r.txtOffsetX = r.txtOffsetY = 0.0;
-  r.txtGap = 0.5;
-  r.xUp = true;
-  r.xText = r.yText = OdString();
-  r.dimColor = r.txtColor = trueColor(0, 255, 0);
-  return r;
-}
 
 void writeFields(const Record& r, OdDbDwgFiler* filer) {
   filer->wrDouble(r.version);
@@ -59,7 +73,7 @@ void writeFields(const Record& r, OdDbDwgFiler* filer) {
 }
 
 /// Entity data (colour 4), then the record.
-void write(const Record& r, polygontest::Filer& filer) {
+void write(const Record& r, enttest::Filer& filer) {
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   OdDbDimCoorPtr base = OdDbDimCoor::createObject();
   base->setColorIndex(4);
@@ -69,23 +83,23 @@ void write(const Record& r, polygontest::Filer& filer) {
 }
 
 OdDbDimCoorPtr read(const Record& r) {
-  polygontest::Filer filer;
+  enttest::Filer filer;
   write(r, filer);
   OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
   EXPECT_EQ(dim->dwgInFields(&filer), eOk);
   return dim;
 }
 
-/// The record's data and strings in hex, as polygontest::ownRecord gives them.
+/// The record's data and strings in hex, as enttest::ownRecord gives them.
 std::string fieldsOf(const Record& r) {
-  polygontest::Filer filer;
+  enttest::Filer filer;
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
   writeFields(r, &filer);
-  return polygontest::toHex(filer.dataBuffer()) + "|" + polygontest::toHex(filer.stringBuffer());
+  return enttest::toHex(filer.dataBuffer()) + "|" + enttest::toHex(filer.stringBuffer());
 }
 
-OdDbDimCoorPtr dimAt(const OdGePoint3d& startPt, const OdGePoint3d& dimPt) {
-  OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
+template <class Dim> OdSmartPtr<Dim> dimAt(const OdGePoint3d& startPt, const OdGePoint3d& dimPt) {
+  OdSmartPtr<Dim> dim = Dim::createObject();
   dim->setStartPt(startPt);
   dim->setDimPt(dimPt);
   return dim;
@@ -164,18 +178,29 @@ TEST(CoordinateLayout, LeaderSnapsAreEndsMiddleFootAndNearestOnTheSegment) {
   }
 }
 
-TEST(DimCoor, DefaultsAreOriginGreenAndTwoDecimalsAndSetColorColoursTheLinesOnly) {
-  OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
-  EXPECT_EQ(polygontest::ownRecord(dim), fieldsOf(defaults()));
-  EXPECT_EQ(dim->getXFormat(), OdString(u"X=%.2f"));
-  EXPECT_EQ(dim->getYFormat(), OdString(u"Y=%.2f"));
-  dim->setColorIndex(1);
-  EXPECT_EQ(dim->getDimColor().colorIndex(), 1);
-  EXPECT_EQ(dim->colorIndex(), 1);
-  EXPECT_EQ(dim->getTxtColor(), trueColor(0, 255, 0));
-}
+// ---------------------------------------------------------------------------------------------
+// Both coordinate dimensions: the older keeps its texts as strings, the newer as texts of its own.
 
-TEST(DimCoor, SetTxtAccLabelsNorthingAsXUnderTheSurveyConvention) {
+template <class Dim> struct Texts;
+template <> struct Texts<OdDbDimCoor> {
+  static OdString x(const OdDbDimCoor* dim) { return dim->getXText(); }
+  static OdString y(const OdDbDimCoor* dim) { return dim->getYText(); }
+  static void setX(OdDbDimCoor* dim, const OdString& text) { dim->setXText(text); }
+  static void setY(OdDbDimCoor* dim, const OdString& text) { dim->setYText(text); }
+};
+template <> struct Texts<OdDbNewDimCoor> {
+  static OdString x(const OdDbNewDimCoor* dim) { return dim->getXTextObj()->contents(); }
+  static OdString y(const OdDbNewDimCoor* dim) { return dim->getYTextObj()->contents(); }
+  static void setX(OdDbNewDimCoor* dim, const OdString& text) { dim->setXtext(text); }
+  static void setY(OdDbNewDimCoor* dim, const OdString& text) { dim->setYtext(text); }
+};
+
+template <class Dim> class CoorDim : public testing::Test {};
+using CoorDims = testing::Types<OdDbDimCoor, OdDbNewDimCoor>;
+TYPED_TEST_SUITE(CoorDim, CoorDims);
+
+TYPED_TEST(CoorDim, SetTxtAccLabelsNorthingAsXUnderTheSurveyConventionAndTheFillInDoesNot) {
+  using T = Texts<TypeParam>;
   struct Case {
     int precision;
     bool xUp;
@@ -184,45 +209,74 @@ TEST(DimCoor, SetTxtAccLabelsNorthingAsXUnderTheSurveyConvention) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.precision);
     ScopedPrecision precision(c.precision);
-    OdDbDimCoorPtr dim = dimAt({100, 200, 0}, {110, 210, 0});
+    OdSmartPtr<TypeParam> dim = dimAt<TypeParam>({100, 200, 0}, {110, 210, 0});
     dim->setXUp(c.xUp);
     dim->setTxtAcc();
-    EXPECT_EQ(dim->getXText(), OdString(c.x));
-    EXPECT_EQ(dim->getYText(), OdString(c.y));
+    EXPECT_EQ(T::x(dim), OdString(c.x));
+    EXPECT_EQ(T::y(dim), OdString(c.y));
     // The names never swap: x and y with the formats just made.
     EXPECT_EQ(dim->GetXName(), custents::formatCoordinate(dim->getXFormat(), 100.0));
     EXPECT_EQ(dim->GetYName(), custents::formatCoordinate(dim->getYFormat(), 200.0));
+    // The shoulder follows the longer text: (length + 1) * 2.5 * 0.75.
+    const double reach = (OdString(c.x).getLength() + 1) * 2.5 * 0.75;
+    EXPECT_TRUE(samePoint(enttest::drawn(dim)[1].points[1], OdGePoint3d(110 + reach, 210, 0)));
   }
-}
-
-TEST(DimCoor, EmptyTextsAreFilledInWithoutTheSwap) {
-  // Required behaviour: the fill-in takes x for the X text, unlike setTxtAcc.
-  OdDbDimCoorPtr dim = dimAt({100, 200, 0}, {});
+  // Required behaviour: empty texts are filled in with x for the X text, unlike setTxtAcc.
+  OdSmartPtr<TypeParam> dim = dimAt<TypeParam>({100, 200, 0}, {});
+  T::setX(dim, OdString());
+  T::setY(dim, OdString());
   EXPECT_EQ(dim->GetTextMaxLength(), 8);
-  EXPECT_EQ(dim->getXText(), OdString(u"X=100.00"));
-  EXPECT_EQ(dim->getYText(), OdString(u"Y=200.00"));
-  dim->setYText(u"Y=a longer text");
+  EXPECT_EQ(T::x(dim), OdString(u"X=100.00"));
+  EXPECT_EQ(T::y(dim), OdString(u"Y=200.00"));
+  T::setY(dim, u"Y=a longer text");
   EXPECT_EQ(dim->GetTextMaxLength(), 15);
-  EXPECT_EQ(dim->getXText(), OdString(u"X=100.00"));
 }
 
-TEST(DimCoor, ArrowIsTheShoulderAndStoresItsEnd) {
-  for (const OdGePoint3d& dimPt : {OdGePoint3d(10, 10, 0), OdGePoint3d(-10, 10, 0)}) {
-    OdDbDimCoorPtr dim = dimAt({0, 0, 0}, dimPt);
-    dim->setXText(u"X=1");
-    dim->setYText(u"Y=12345"); // 7 characters: (7 + 1) * 2.5 * 0.75 = 15
-    dim->setColorIndex(3);
-    const OdGePoint3d endPt(dimPt.x > 0 ? 25 : -25, 10, 0);
-    OdRxObjectPtrArray lines;
-    lines.append(dim->getline());
-    lines.append(dim->getArrow());
-    polygontest::expectLines(lines, {{OdGePoint3d::kOrigin, dimPt}, {dimPt, endPt}});
-    EXPECT_TRUE(samePoint(dim->getEndPt(), endPt));
-    EXPECT_EQ(dim->getArrow()->colorIndex(), 3);
-  }
+TYPED_TEST(CoorDim, TheOneGripMovesThePointAndRelabelsItAndSnapsComeFromTheLeader) {
+  using T = Texts<TypeParam>;
+  ScopedPrecision precision(1);
+  OdSmartPtr<TypeParam> dim = dimAt<TypeParam>({100, 200, 0}, {110, 210, 0});
+  const OdDbGripDataPtrArray grips = enttest::gripsOf(dim);
+  ASSERT_EQ(grips.size(), 1u);
+  EXPECT_TRUE(samePoint(grips[0]->gripPoint(), OdGePoint3d(100, 200, 0)));
+  EXPECT_EQ(enttest::gripIndex(grips[0]), 0);
+
+  T::setY(dim, u"Y=kept");
+  ASSERT_EQ(enttest::moveGrips(dim, {1, -1}, OdGeVector3d(5, 5, 0)), eOk);
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(100, 200, 0)));
+  EXPECT_EQ(T::y(dim), OdString(u"Y=kept"));
+
+  ASSERT_EQ(enttest::moveGrips(dim, {0}, OdGeVector3d(0.3, -0.5, 0)), eOk);
+  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(100.3, 199.5, 0)));
+  EXPECT_EQ(T::x(dim), OdString(u"X=199.5"));
+  EXPECT_EQ(T::y(dim), OdString(u"Y=100.3"));
+  EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(110, 210, 0)));
+
+  // The shoulder's end is no snap.
+  enttest::expectPoints(enttest::snapsOf(dim, OdDb::kOsModeEnd),
+                        {{100.3, 199.5, 0}, {110, 210, 0}});
+  EXPECT_TRUE(enttest::snapsOf(dim, OdDb::kOsModeQuad).isEmpty());
 }
 
-TEST(DimCoor, TextsStandOnAndUnderTheShoulderWithTheirOffsets) {
+// ---------------------------------------------------------------------------------------------
+// The older coordinate dimension
+
+TEST(DimCoor, SetColorColoursTheLinesAndTheArrowIsTheShoulderStoringItsEnd) {
+  OdDbDimCoorPtr dim = dimAt<OdDbDimCoor>({0, 0, 0}, {-10, 10, 0});
+  dim->setXText(u"X=1");
+  dim->setYText(u"Y=12345"); // 7 characters: (7 + 1) * 2.5 * 0.75 = 15 to the left
+  const OdCmColor textColour = dim->getTxtColor();
+  dim->setColorIndex(3); // the lines' colour, not the texts'
+  EXPECT_EQ(dim->getDimColor().colorIndex(), 3);
+  EXPECT_EQ(dim->getTxtColor(), textColour);
+  OdRxObjectPtrArray arrow;
+  arrow.append(dim->getArrow());
+  enttest::expectLines(arrow, {{{-10, 10, 0}, {-25, 10, 0}}});
+  EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(-25, 10, 0)));
+  EXPECT_EQ(OdDbLine::cast(arrow[0].get())->colorIndex(), 3);
+}
+
+TEST(DimCoor, TextsStandOnAndUnderTheShoulderWithTheirOffsetsInTheHztxtStyleOfTheirDrawing) {
   struct Case {
     OdGePoint3d dimPt;
     OdDb::TextHorzMode mode;
@@ -253,60 +307,47 @@ TEST(DimCoor, TextsStandOnAndUnderTheShoulderWithTheirOffsets) {
       EXPECT_TRUE(t.text->textStyle().isNull()) << "no drawing, no style";
     }
   }
-}
-
-TEST(DimCoor, TextsTakeTheHztxtStyleOfTheirDrawing) {
   OdDbDatabasePtr db = OdDbDatabase::createObject();
-  OdDbDimCoorPtr dim = dimAt({0, 0, 0}, {5, 5, 0});
+  OdDbDimCoorPtr dim = read(Record());
   dim->setDatabaseDefaults(db);
-  const OdDbObjectId style = dim->getXTextObj()->textStyle();
-  ASSERT_FALSE(style.isNull());
+  const OdDbObjectId style = dim->getCurTextStyle(db, 0.2, u"hztxt", u"hztxt.shx", 0, 0, 12.0);
+  EXPECT_EQ(dim->getXTextObj()->textStyle(), style);
   EXPECT_EQ(dim->getYTextObj()->textStyle(), style);
-  EXPECT_EQ(dim->getCurTextStyle(db, 0.2, u"hztxt", u"hztxt.shx", 0, 0, 12.0), style);
 }
 
-TEST(DimCoor, DrawsAndExplodesLeaderShoulderAndBothTextsInTheirColours) {
+TEST(DimCoor, DrawsAndExplodesLeaderShoulderAndBothTextsInTheirColoursOrTheLinesAlone) {
   OdDbDimCoorPtr dim = read(Record());
-  const std::vector<OdGiRecord> records = polygontest::drawn(dim);
+  const std::vector<OdGiRecord> records = enttest::drawn(dim);
   ASSERT_EQ(records.size(), 4u);
   const OdGePoint3d ends[][2] = {{{1, 2, 0}, {5, 6, 0}}, {{5, 6, 0}, {23, 6, 0}}};
   const char16_t* texts[] = {u"X=north", u"Y=east"};
   for (int i = 0; i < 2; ++i) {
     ASSERT_EQ(records[i].kind, OdGiRecord::kPolyline);
-    polygontest::expectPoints(records[i].points, {ends[i][0], ends[i][1]});
+    enttest::expectPoints(records[i].points, {ends[i][0], ends[i][1]});
     EXPECT_EQ(records[i].traits.trueColor(), trueColor(10, 20, 30).entityColor());
     ASSERT_EQ(records[i + 2].kind, OdGiRecord::kText);
     EXPECT_EQ(records[i + 2].text, OdString(texts[i]));
     EXPECT_EQ(records[i + 2].height, 3.0);
     EXPECT_EQ(records[i + 2].traits.trueColor(), trueColor(40, 50, 60).entityColor());
   }
-  // The X text sits above the shoulder, the Y text under it.
-  EXPECT_GT(records[2].points[0].y, 6.0);
-  EXPECT_LT(records[3].points[0].y, 6.0);
-
   OdRxObjectPtrArray pieces;
   ASSERT_EQ(dim->explode(pieces), eOk);
   ASSERT_EQ(pieces.size(), 4u);
-  polygontest::expectLines(pieces, {{ends[0][0], ends[0][1]}, {ends[1][0], ends[1][1]}});
+  enttest::expectLines(pieces, {{ends[0][0], ends[0][1]}, {ends[1][0], ends[1][1]}});
   EXPECT_EQ(OdDbLine::cast(pieces[0].get())->color(), trueColor(10, 20, 30));
-  for (int i = 2; i < 4; ++i) {
-    OdDbTextPtr text = OdDbText::cast(pieces[i].get());
-    ASSERT_FALSE(text.isNull());
-    EXPECT_EQ(text->textString(), OdString(texts[i - 2]));
-    EXPECT_EQ(text->color(), trueColor(40, 50, 60));
-  }
-}
+  for (int i = 2; i < 4; ++i)
+    EXPECT_EQ(OdDbText::cast(pieces[i].get())->color(), trueColor(40, 50, 60));
 
-// A height that is no number does not get this far: the stream is refused.
-TEST(DimCoor, UnusableTextHeightsDrawTheLinesOnly) {
+  // A text height that is no usable height leaves the texts out (one that is no number does
+  // not get this far: the stream is refused).
   for (double height : {0.0, -1.0}) {
     SCOPED_TRACE(height);
     Record r;
     r.txtHeight = height;
-    OdDbDimCoorPtr dim = read(r);
+    dim = read(r);
     EXPECT_TRUE(dim->getXTextObj().isNull());
-    EXPECT_EQ(polygontest::drawn(dim).size(), 2u);
-    OdRxObjectPtrArray pieces;
+    EXPECT_EQ(enttest::drawn(dim).size(), 2u);
+    pieces.clear();
     EXPECT_EQ(dim->explode(pieces), eOk);
     EXPECT_EQ(pieces.size(), 2u);
   }
@@ -326,18 +367,22 @@ TEST(DimCoor, RecordIsItsFieldTableReadUpToVersionThreeWithColoursOnlyFromThree)
     Record r;
     r.version = c.version;
     r.colours = c.colours;
-    polygontest::Filer filer;
+    enttest::Filer filer;
     write(r, filer);
     OdDbDimCoorPtr dim = OdDbDimCoor::createObject();
     EXPECT_EQ(static_cast<int>(dim->dwgInFields(&filer)), c.expected);
     EXPECT_EQ(dim->colorIndex(), 4); // the entity's data comes before the version
+    if (c.expected != eOk) {
+      EXPECT_EQ(enttest::ownRecord(dim), enttest::ownRecord(OdDbDimCoor::createObject()));
+      continue;
+    }
     // Written again: the current version, with the default colours where none were read.
-    Record written = c.expected == eOk ? r : defaults();
+    Record written = r;
     written.version = 3.0;
     written.colours = true;
     if (!c.colours)
       written.dimColor = written.txtColor = trueColor(0, 255, 0);
-    EXPECT_EQ(polygontest::ownRecord(dim), fieldsOf(written));
+    EXPECT_EQ(enttest::ownRecord(dim), fieldsOf(written));
   }
 }
 
@@ -349,30 +394,6 @@ TEST(DimCoor, TransformMovesThePointsButNotTheTextHeight) {
   EXPECT_TRUE(samePoint(dim->getEndPt(), OdGePoint3d(18, 12, 0)));
   EXPECT_EQ(dim->getTxtHeight(), 3.0);
   EXPECT_EQ(dim->getXText(), OdString(u"X=north"));
-}
-
-TEST(DimCoor, TheOneGripMovesThePointAndRelabelsItAndSnapsComeFromTheLeader) {
-  ScopedPrecision precision(1);
-  OdDbDimCoorPtr dim = dimAt({100, 200, 0}, {110, 210, 0});
-  const OdDbGripDataPtrArray grips = polygontest::gripsOf(dim);
-  ASSERT_EQ(grips.size(), 1u);
-  EXPECT_TRUE(samePoint(grips[0]->gripPoint(), OdGePoint3d(100, 200, 0)));
-  EXPECT_EQ(polygontest::gripIndex(grips[0]), 0);
-
-  ASSERT_EQ(polygontest::moveGrips(dim, {1, -1}, OdGeVector3d(5, 5, 0)), eOk);
-  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(100, 200, 0)));
-  EXPECT_TRUE(dim->getXText().isEmpty());
-
-  ASSERT_EQ(polygontest::moveGrips(dim, {0}, OdGeVector3d(0.3, -0.5, 0)), eOk);
-  EXPECT_TRUE(samePoint(dim->getStartPt(), OdGePoint3d(100.3, 199.5, 0)));
-  EXPECT_EQ(dim->getXText(), OdString(u"X=199.5"));
-  EXPECT_EQ(dim->getYText(), OdString(u"Y=100.3"));
-  EXPECT_TRUE(samePoint(dim->getDimPt(), OdGePoint3d(110, 210, 0)));
-
-  // The shoulder's end is no snap.
-  polygontest::expectPoints(polygontest::snapsOf(dim, OdDb::kOsModeEnd),
-                            {{100.3, 199.5, 0}, {110, 210, 0}});
-  EXPECT_EQ(polygontest::snapsOf(dim, OdDb::kOsModeQuad).size(), 0u);
 }
 
 } // namespace

@@ -3,8 +3,6 @@
 
 #include "ModuleFixture.h"
 
-#include "DbBlockTable.h"
-#include "DbDatabase.h"
 #include "DbLine.h"
 #include "EntEditTextOper.h"
 #include "MenuTables.h"
@@ -15,44 +13,30 @@ namespace {
 
 class PropertyContract : public LoadedModule {
 protected:
-  void SetUp() override {
-    LoadedModule::SetUp();
-    db = OdDbDatabase::createObject();
-  }
-  void TearDown() override {
-    db = nullptr;
-    LoadedModule::TearDown();
-  }
-
-  /// A new entity of the class, added to model space and open for write.
-  OdDbEntityPtr addEntity(const OdString& className) {
-    OdDbEntityPtr entity = OdDbEntity::cast(odrxGetClass(className)->create());
-    OdDbBlockTableRecordPtr space =
-        OdDbBlockTableRecord::cast(db->getModelSpaceId().safeOpenObject(OdDb::kForWrite));
-    space->appendOdDbEntity(entity);
-    return entity;
+  /// A new entity of the class, made through the class dictionary as a host makes it.
+  static OdDbEntityPtr newEntity(const OdString& className) {
+    return OdDbEntity::cast(odrxGetClass(className)->create());
   }
   static PropertyPEPtr extensionOf(const OdString& className) {
     return PropertyPE::cast(odrxGetClass(className)->getX(PropertyPE::desc()));
   }
-
-  OdDbDatabasePtr db;
 };
 
 TEST_F(PropertyContract, DisplayNamesOfTheEntities) {
   struct Row {
     const char16_t* className;
     const char16_t* displayName;
-  } rows[] = {{u"OdDbDimCoor", u"坐标标注"},     {u"OdDbGeoRect", u"矩形"},
-              {u"OdDbGeo3dRect", u"矩形"},       {u"OdDbGeoTriangle", u"三角形"},
-              {u"OdDbGeoPolygon", u"多边形"},    {u"DecorationPipe", u"水管"},
-              {u"DecorationPipeHot", u"热水管"}, {u"DbPipeWireway", u"管线"},
-              {u"DbCoverPolyLine", u"多段线"},   {u"OdDbPipeLine", u"防护管线"},
-              {u"OdDbFreePen", u"手绘线"},       {u"OdDbCompass", u"指北针"},
-              {u"OdDbBuildHeight", u"标高标注"}, {u"OdDbSymmetryAxis", u"对称轴"},
-              {u"OdDb3dArrow", u"箭头"},         {u"OdDbDivPoint", u"点"}};
+  } rows[] = {{u"OdDbDimCoor", u"坐标标注"},    {u"OdDbNewDimCoor", u"坐标标注"},
+              {u"OdDbGeoRect", u"矩形"},        {u"OdDbGeo3dRect", u"矩形"},
+              {u"OdDbGeoTriangle", u"三角形"},  {u"OdDbGeoPolygon", u"多边形"},
+              {u"DecorationPipe", u"水管"},     {u"DecorationPipeHot", u"热水管"},
+              {u"DbPipeWireway", u"管线"},      {u"DbCoverPolyLine", u"多段线"},
+              {u"OdDbPipeLine", u"防护管线"},   {u"OdDbFreePen", u"手绘线"},
+              {u"OdDbCompass", u"指北针"},      {u"OdDbBuildHeight", u"标高标注"},
+              {u"OdDbSymmetryAxis", u"对称轴"}, {u"OdDb3dArrow", u"箭头"},
+              {u"OdDbDivPoint", u"点"}};
   for (const Row& row : rows) {
-    OdDbEntityPtr entity = addEntity(row.className);
+    OdDbEntityPtr entity = newEntity(row.className);
     EXPECT_EQ(extensionOf(row.className)->getEntityName(entity), OdString(row.displayName))
         << utf8(row.className);
   }
@@ -60,7 +44,7 @@ TEST_F(PropertyContract, DisplayNamesOfTheEntities) {
 
 TEST_F(PropertyContract, ClassesDerivedFromTheExtensionsClassAreAccepted) {
   // The hot pipe on the pipe's page; other classes are refused (each page's own tests).
-  OdDbEntityPtr hot = addEntity(OD_T("DecorationPipeHot"));
+  OdDbEntityPtr hot = newEntity(OD_T("DecorationPipeHot"));
   EXPECT_NO_THROW(extensionOf(OD_T("DecorationPipe"))->getPropAttributeByeId(hot, 0, 0));
   EXPECT_THROW(extensionOf(OD_T("OdDbGeoRect"))->getPropAttributeByeId(hot, 0, 0),
                OdError_NotThatKindOfClass);
@@ -96,7 +80,7 @@ TEST_F(PropertyContract, DimensionMenusCopyTheHostEntriesInOrderAndSkipMissingId
 
 TEST_F(PropertyContract, TextEditingCallbacksClaimNoEntityYet) {
   // The module's one pair of callbacks answers the same for every class.
-  OdDbEntityPtr entity = addEntity(OD_T("OdDbDimCoor"));
+  OdDbEntityPtr entity = newEntity(OD_T("OdDbDimCoor"));
   OdSmartPtr<OdDbEntity> text;
   int kind = 7;
   EXPECT_FALSE(EntEditTextOper::pickText(entity, OdGePoint3d(), text, kind));

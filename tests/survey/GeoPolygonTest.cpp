@@ -1,20 +1,22 @@
 // The survey polygon's own rules: construction, its side count, the record and versions it
-// reads, drawing, grips, stretch, snaps and explode geometry. What every class must do is checked
-// once by the class contract suite (tests/contract).
+// reads, drawing, grips, stretch, snaps and explode geometry; its vertex construction and central
+// angle (GeoPolygonGeometry) are checked through it. What every class must do is checked once by
+// the class contract suite (tests/contract).
 
 #include "survey/OdDbGeoPolygon.h"
 
 #include "OdError.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 namespace {
 
-using polygontest::expectPoints;
-using polygontest::samePoint;
+using enttest::expectPoints;
+using enttest::samePoint;
 
 const OdGePoint3d kCenter(10, 20, 0);
 
@@ -39,37 +41,15 @@ std::vector<OdGePoint3d> regularVertices(OdInt32 sides) {
   return vertices;
 }
 
-/// A polygon whose fields are exact binary values: vertices (1,2), (5,2), (1,6), centre (1,2)
-/// and start vertex at the origin (a translation leaves it behind).
-OdDbGeoPolygonPtr exactPolygon() {
-  OdDbGeoPolygonPtr polygon = OdDbGeoPolygon::createObject();
-  polygon->init(OdGePoint3d::kOrigin, 3);
-  polygon->setValue(OdGePoint3d::kOrigin);
-  polygontest::moveGrips(polygon, {1}, OdGeVector3d(4, 0, 0));
-  polygontest::moveGrips(polygon, {2}, OdGeVector3d(0, 4, 0));
-  polygon->transformBy(OdGeMatrix3d::translation(OdGeVector3d(1, 2, 0)));
-  return polygon;
-}
-
 TEST(GeoPolygon, ConstructionBuildsRegularPolygonsCounterClockwiseFromTheStartVertex) {
-  OdDbGeoPolygonPtr empty = OdDbGeoPolygon::createObject();
-  EXPECT_EQ(empty->GetVertexNub(), 0.0);
-  EXPECT_TRUE(empty->getPts().isEmpty());
-  EXPECT_TRUE(empty->getRadiusVector().isZeroLength());
-  OdDbGeoPolygonPtr centred(new OdDbGeoPolygon(kCenter));
-  EXPECT_TRUE(samePoint(centred->getCenterPt(), kCenter));
-  EXPECT_TRUE(samePoint(centred->getStartPt(), OdGePoint3d::kOrigin));
-
   OdDbGeoPolygonPtr p = newPolygon(6);
   expectPoints(p->getPts(), regularVertices(6));
-  EXPECT_TRUE(samePoint(p->getStartPt(), kCenter + OdGeVector3d(3, 4, 0)));
-  EXPECT_EQ(p->GetVertexNub(), 6);
   EXPECT_NEAR(p->GetAngel(), 60.0, 1e-9);
   double area = -1;
   ASSERT_EQ(p->getArea(area), eOk);
   EXPECT_NEAR(area, 6 * 25.0 / 2 * std::sin(2 * OdaPI / 6), 1e-9);
 
-  // init sets centre and start but keeps the vertices.
+  // init sets centre and start but keeps the vertices; a side count out of range is refused.
   const OdGePoint3dArray before = p->getVertexList();
   p->init(OdGePoint3d(1, 1, 0), 6);
   EXPECT_TRUE(samePoint(p->getCenterPt(), OdGePoint3d(1, 1, 0)));
@@ -84,7 +64,7 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStandsOrRefusesUnusableCou
   const double inf = std::numeric_limits<double>::infinity();
   struct Case {
     double requested;
-    OdInt32 sides; // -1: refused, the six sides stay
+    OdInt32 sides; // 99: refused, the six sides stay
   } cases[] = {{4.9, 4},       {1.0, 1},  {0.0, 0},  {0.7, 0},   {-2.5, -2},    {-32768.0, -32768},
                {-32769.0, 99}, {nan, 99}, {inf, 99}, {-inf, 99}, {32768.0, 99}, {-40000.0, 99}};
   for (const Case& c : cases) {
@@ -99,63 +79,46 @@ TEST(GeoPolygon, SetVertexNubRebuildsFromTheRadiusAsItStandsOrRefusesUnusableCou
     p->SetVertexNub(c.requested);
     EXPECT_EQ(p->GetVertexNub(), c.sides);
     expectPoints(p->getVertexList(), regularVertices(c.sides));
+    if (c.sides != 0) { // the central angle, shown without its sign
+      EXPECT_NEAR(p->GetAngel(), 360.0 / std::abs(c.sides), 1e-9);
+    }
   }
 }
 
-TEST(GeoPolygon, NoSidesOrMoreSidesThanVerticesDrawNothing) {
+TEST(GeoPolygon, SidesAndVerticesOutOfStepDrawNothingAndFileTheFewer) {
   OdDbGeoPolygonPtr p = newPolygon(6);
   p->SetVertexNub(0);
-  EXPECT_TRUE(polygontest::drawn(p).empty());
-  OdRxObjectPtrArray pieces;
-  EXPECT_EQ(p->explode(pieces), eOk);
-  EXPECT_TRUE(pieces.isEmpty());
+  EXPECT_TRUE(enttest::drawn(p).empty());
   EXPECT_TRUE(std::isinf(p->GetAngel()));
 
   p = newPolygon(4);
   p->init(kCenter, 6); // six sides, four vertices kept
-  EXPECT_TRUE(polygontest::drawn(p).empty());
+  EXPECT_TRUE(enttest::drawn(p).empty());
   double area = 123.0;
   EXPECT_EQ(p->getArea(area), eOk);
   EXPECT_EQ(area, 123.0);
   EXPECT_THROW(p->getPts(), OdError_InvalidIndex);
-  OdDbGripDataPtrArray grips;
-  EXPECT_THROW(p->getGripPoints(grips, 1.0, 5, OdGeVector3d::kZAxis, 0), OdError_InvalidIndex);
-  EXPECT_THROW(polygontest::moveGrips(p, {5}, OdGeVector3d(1, 0, 0)), OdError_InvalidIndex);
+  EXPECT_THROW(enttest::gripsOf(p), OdError_InvalidIndex);
+  EXPECT_THROW(enttest::moveGrips(p, {5}, OdGeVector3d(1, 0, 0)), OdError_InvalidIndex);
   // Stretching a side past the vertices there are moves nothing.
   const OdGePoint3dArray kept = p->getVertexList();
   EXPECT_EQ(p->moveStretchPointsAt(OdIntArray{4, 5}, OdGeVector3d(1, 0, 0)), eOk);
   EXPECT_TRUE(p->getVertexList() == kept);
+  // Filed: no more vertices than both the list and the side count hold.
+  for (OdInt32 sides : {6, 3}) {
+    p->init(kCenter, sides);
+    OdDbGeoPolygonPtr copy = OdDbGeoPolygon::createObject();
+    ASSERT_EQ(enttest::copyThroughDwg(p, copy), eOk);
+    EXPECT_EQ(copy->GetVertexNub(), std::min(sides, 4));
+    EXPECT_EQ(copy->getVertexList().size(), static_cast<unsigned>(std::min(sides, 4)));
+  }
   // Fewer sides than vertices: the first ones count, but the outline is not drawn.
-  p->init(kCenter, 3);
   EXPECT_EQ(p->getPts().size(), 3u);
-  EXPECT_TRUE(polygontest::drawn(p).empty());
-}
-
-TEST(GeoPolygon, DwgWritesNoMoreVerticesThanBothTheListAndTheSideCountHold) {
-  OdDbGeoPolygonPtr source = newPolygon(4);
-  source->init(kCenter, 6);
-  OdDbGeoPolygonPtr copy = OdDbGeoPolygon::createObject();
-  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
-  EXPECT_EQ(copy->GetVertexNub(), 4.0);
-  EXPECT_EQ(copy->getPts().size(), 4u);
-
-  source->init(kCenter, 2);
-  ASSERT_EQ(polygontest::copyThroughDwg(source, copy), eOk);
-  EXPECT_EQ(copy->GetVertexNub(), 2.0);
-  EXPECT_EQ(copy->getVertexList().size(), 2u);
-}
-
-TEST(GeoPolygon, DwgRecordMatchesTheStoredReference) {
-  // 56 bits of entity data, BS version 1, BS count 3, then as 3BD the centre (1,2,0), the
-  // start vertex (0,0,0) and the vertices (1,2,0), (5,2,0), (1,6,0).
-  EXPECT_EQ(polygontest::dwgHex(exactPolygon()),
-            "8000100c00061d40"
-            "50340000000000000040aa4000000000000004080000000000001440000000000000001024000000"
-            "000000184080/426");
+  EXPECT_TRUE(enttest::drawn(p).empty());
 }
 
 /// Entity data (colour 6), then the polygon's fields as given.
-void writeRecord(polygontest::Filer& filer, OdInt16 version, OdInt16 count, int pointsAfter) {
+void writeRecord(enttest::Filer& filer, OdInt16 version, OdInt16 count, int pointsAfter) {
   OdDbGeoPolygonPtr base = OdDbGeoPolygon::createObject();
   base->setColorIndex(6);
   filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
@@ -179,7 +142,7 @@ TEST(GeoPolygon, ReadsOnlyVersionOneAndOnlyCountsTheStreamCanHold) {
                {-1, 3, 3, false}, {2, 3, 3, false}, {1, 4, 3, false}, {1, 32767, 2, false}};
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << "version " << c.version << " count " << c.count);
-    polygontest::Filer filer;
+    enttest::Filer filer;
     writeRecord(filer, c.version, c.count, c.pointsAfter);
     OdDbGeoPolygonPtr target = newPolygon(5);
     const OdResult result = target->dwgInFields(&filer);
@@ -196,24 +159,31 @@ TEST(GeoPolygon, ReadsOnlyVersionOneAndOnlyCountsTheStreamCanHold) {
     EXPECT_TRUE(samePoint(target->getCenterPt(), OdGePoint3d(1, 1, 0)));
     EXPECT_TRUE(samePoint(target->getStartPt(), OdGePoint3d(2, 1, 0)));
   }
+  // Written again, the first record is the stored reference: BS version 1, BS count 3, then as
+  // 3BD the centre (1,1,0), the start (2,1,0) and the vertices (0,0,0), (1,0,0), (2,0,0).
+  enttest::Filer filer;
+  writeRecord(filer, 1, 3, 3);
+  OdDbGeoPolygonPtr read = OdDbGeoPolygon::createObject();
+  ASSERT_EQ(read->dwgInFields(&filer), eOk);
+  EXPECT_EQ(enttest::ownRecord(read), "405035800000000000000406a9a0000000000000010280|");
 }
 
 TEST(GeoPolygon, DrawsOneClosedPolylineAndExplodesIntoOneLinePerSide) {
   OdDbGeoPolygonPtr p = newPolygon(5);
   p->transformBy(OdGeMatrix3d::translation(OdGeVector3d(0, 0, 4))); // drawn at z 0 all the same
-  const std::vector<OdGiRecord> records = polygontest::drawn(p);
+  const std::vector<OdGiRecord> records = enttest::drawn(p);
   ASSERT_EQ(records.size(), 1u);
   std::vector<OdGePoint3d> outline = regularVertices(5);
-  polygontest::Segments sides;
+  enttest::Segments sides;
   for (int i = 0; i < 5; ++i)
     sides.push_back({outline[i], outline[(i + 1) % 5]});
   outline.push_back(outline[0]);
-  polygontest::expectPoints(records[0].points, outline);
+  enttest::expectPoints(records[0].points, outline);
 
   OdRxObjectPtrArray pieces;
   ASSERT_EQ(newPolygon(5)->explode(pieces), eOk);
   EXPECT_EQ(pieces.size(), 5u);
-  polygontest::expectLines(pieces, sides);
+  enttest::expectLines(pieces, sides);
   pieces.clear();
   EXPECT_EQ(newPolygon(2)->explode(pieces), eOk);
   EXPECT_TRUE(pieces.isEmpty());
@@ -243,11 +213,11 @@ TEST(GeoPolygon, TransformLeavesStartAndRadiusForTheNextRebuild) {
 TEST(GeoPolygon, GripsAreTheVerticesThenTheCentreWhichMovesEverythingStretchVerticesOnly) {
   OdDbGeoPolygonPtr p = newPolygon(6);
   std::vector<OdGePoint3d> expected = regularVertices(6);
-  const OdDbGripDataPtrArray grips = polygontest::gripsOf(p);
+  const OdDbGripDataPtrArray grips = enttest::gripsOf(p);
   ASSERT_EQ(grips.size(), 7u);
   for (unsigned int i = 0; i < 7; ++i) {
     EXPECT_TRUE(samePoint(grips[i]->gripPoint(), i < 6 ? expected[i] : kCenter));
-    EXPECT_EQ(polygontest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
+    EXPECT_EQ(enttest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
   }
   OdGePoint3dArray points;
   ASSERT_EQ(p->getStretchPoints(points), eOk);
@@ -255,7 +225,7 @@ TEST(GeoPolygon, GripsAreTheVerticesThenTheCentreWhichMovesEverythingStretchVert
 
   const OdGeVector3d v(2, -1, 0);
   const OdGePoint3d start = p->getStartPt();
-  ASSERT_EQ(polygontest::moveGrips(p, {1}, v), eOk);
+  ASSERT_EQ(enttest::moveGrips(p, {1}, v), eOk);
   ASSERT_EQ(p->moveStretchPointsAt(OdIntArray{0, 4, 6, -1}, v), eOk);
   expected[0] += v;
   expected[1] += v;
@@ -264,7 +234,7 @@ TEST(GeoPolygon, GripsAreTheVerticesThenTheCentreWhichMovesEverythingStretchVert
   EXPECT_TRUE(samePoint(p->getCenterPt(), kCenter));
   EXPECT_TRUE(samePoint(p->getStartPt(), start));
 
-  ASSERT_EQ(polygontest::moveGrips(p, {6}, v), eOk);
+  ASSERT_EQ(enttest::moveGrips(p, {6}, v), eOk);
   for (OdGePoint3d& point : expected)
     point += v;
   expectPoints(p->getPts(), expected);
@@ -278,32 +248,20 @@ TEST(GeoPolygon, SnapsOfASideRunFromItsSecondVertexToTheOrigin) {
     SCOPED_TRACE(k);
     // Required: the side's line runs from V(k mod n) to the origin, not from V(k-1).
     const OdGePoint3d second = regularVertex(6, k % 6);
-    expectPoints(polygontest::snapsOf(p, OdDb::kOsModeEnd, k), {second, OdGePoint3d::kOrigin});
-    expectPoints(polygontest::snapsOf(p, OdDb::kOsModeMid, k),
+    expectPoints(enttest::snapsOf(p, OdDb::kOsModeEnd, k), {second, OdGePoint3d::kOrigin});
+    expectPoints(enttest::snapsOf(p, OdDb::kOsModeMid, k),
                  {OdGePoint3d(second.x / 2, second.y / 2, second.z / 2)});
-    EXPECT_TRUE(polygontest::snapsOf(p, OdDb::kOsModeCen, k).isEmpty());
+    EXPECT_TRUE(enttest::snapsOf(p, OdDb::kOsModeCen, k).isEmpty());
   }
   // Without a side: those of all sides, with the centre.
   OdDbGeoPolygonPtr t = newPolygon(3);
   for (OdGsMarker marker : {OdGsMarker(0), OdGsMarker(4)}) {
     SCOPED_TRACE(marker);
-    expectPoints(polygontest::snapsOf(t, OdDb::kOsModeEnd, marker),
+    expectPoints(enttest::snapsOf(t, OdDb::kOsModeEnd, marker),
                  {regularVertex(3, 0), regularVertex(3, 1), regularVertex(3, 1),
                   regularVertex(3, 2), regularVertex(3, 2), regularVertex(3, 0)});
-    expectPoints(polygontest::snapsOf(t, OdDb::kOsModeCen, marker), {kCenter});
+    expectPoints(enttest::snapsOf(t, OdDb::kOsModeCen, marker), {kCenter});
   }
-}
-
-TEST(GeoPolygon, IntersectsOtherEntitiesAlongItsSides) {
-  OdDbGeoPolygonPtr p = OdDbGeoPolygon::createObject();
-  p->init(OdGePoint3d::kOrigin, 4);
-  p->setValue(OdGePoint3d(2, 0, 0)); // the square (2,0) (0,2) (-2,0) (0,-2)
-  OdDbLinePtr line = OdDbLine::createObject();
-  line->setStartPoint(OdGePoint3d(-5, 1, 0));
-  line->setEndPoint(OdGePoint3d(5, 1, 0));
-  OdGePoint3dArray points;
-  ASSERT_EQ(p->intersectWith(line, OdDb::kOnBothOperands, points), eOk);
-  expectPoints(points, {OdGePoint3d(1, 1, 0), OdGePoint3d(-1, 1, 0)});
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 
 #include "Ge/GeMatrix3d.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <cmath>
 
@@ -13,30 +13,17 @@ namespace {
 using custents::GeoRectGeometry;
 
 void expectPoint(const OdGePoint3d& actual, const OdGePoint3d& expected) {
-  EXPECT_TRUE(polygontest::samePoint(actual, expected));
+  EXPECT_TRUE(enttest::samePoint(actual, expected));
 }
 
 void expectCorners(const GeoRectGeometry& rect, const OdGePoint3d (&expected)[4]) {
   for (int i = 0; i < 4; ++i)
-    EXPECT_TRUE(polygontest::samePoint(rect.corners[i], expected[i])) << "corner " << i;
+    EXPECT_TRUE(enttest::samePoint(rect.corners[i], expected[i])) << "corner " << i;
 }
 
 /// 10 long along X, 4 wide along Y, P0 at (1, 2).
 GeoRectGeometry axisAligned() {
   return GeoRectGeometry::fromDiagonal(OdGePoint3d(1, 2, 0), OdGePoint3d(11, 6, 0));
-}
-
-TEST(GeoRectGeometry, CenterIsTheMeanAndRefusesEmptyInput) {
-  const OdGePoint3d points[3] = {{0, 0, 0}, {3, 0, 3}, {0, 6, 0}};
-  OdGePoint3d center(7, 7, 7);
-  EXPECT_EQ(custents::calcCenterPt(points, 3, center), 1);
-  expectPoint(center, OdGePoint3d(1, 2, 1));
-
-  OdGePoint3d untouched(7, 7, 7);
-  EXPECT_EQ(custents::calcCenterPt(nullptr, 3, untouched), 0);
-  EXPECT_EQ(custents::calcCenterPt(points, 0, untouched), 0);
-  EXPECT_EQ(custents::calcCenterPt(points, -1, untouched), 0);
-  expectPoint(untouched, OdGePoint3d(7, 7, 7));
 }
 
 TEST(GeoRectGeometry, DiagonalGivesCornersInOrderWithGeneratedCornersAtZeroHeight) {
@@ -74,41 +61,24 @@ TEST(GeoRectGeometry, ResizingKeepsTheOppositeEdge) {
 TEST(GeoRectGeometry, DegenerateEdgesTakeTheirFallbackDirections) {
   struct Case {
     const char* name;
-    OdGePoint3d corners[4];
+    OdGePoint3d p1, p2; // the diagonal
     bool resizeLength;
     OdGePoint3d expected[4];
   };
   const Case cases[] = {
       // All corners equal: the length goes along -perp(+Y) = +X, the width along perp(+X) = +Y.
-      {"point, length",
-       {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}},
-       true,
-       {{1, 1, 0}, {3, 1, 0}, {3, 1, 0}, {1, 1, 0}}},
-      {"point, width",
-       {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}},
-       false,
-       {{1, 1, 0}, {1, 1, 0}, {1, 3, 0}, {1, 3, 0}}},
+      {"point, length", {1, 1, 0}, {1, 1, 0}, true, {{1, 1, 0}, {3, 1, 0}, {3, 1, 0}, {1, 1, 0}}},
+      {"point, width", {1, 1, 0}, {1, 1, 0}, false, {{1, 1, 0}, {1, 1, 0}, {1, 3, 0}, {1, 3, 0}}},
       // A zero length edge turns the width edge's direction (+Y) by -perp: +X.
-      {"flat along Y, length",
-       {{0, 0, 0}, {0, 0, 0}, {0, 5, 0}, {0, 5, 0}},
-       true,
-       {{0, 0, 0}, {2, 0, 0}, {2, 5, 0}, {0, 5, 0}}},
+      {"flat, Y", {0, 0, 0}, {0, 5, 0}, true, {{0, 0, 0}, {2, 0, 0}, {2, 5, 0}, {0, 5, 0}}},
       // A zero width edge turns the length edge's direction (-X) by perp: -Y.
-      {"flat along -X, width",
-       {{0, 0, 0}, {-4, 0, 0}, {-4, 0, 0}, {0, 0, 0}},
-       false,
-       {{0, 0, 0}, {-4, 0, 0}, {-4, -2, 0}, {0, -2, 0}}},
+      {"flat, -X", {0, 0, 0}, {-4, 0, 0}, false, {{0, 0, 0}, {-4, 0, 0}, {-4, -2, 0}, {0, -2, 0}}},
       // Edges shorter than 1e-10 count as degenerate.
-      {"tiny length edge",
-       {{0, 0, 0}, {1e-11, 0, 0}, {1e-11, 3, 0}, {0, 3, 0}},
-       true,
-       {{0, 0, 0}, {2, 0, 0}, {2, 3, 0}, {0, 3, 0}}},
+      {"tiny length", {0, 0, 0}, {1e-11, 3, 0}, true, {{0, 0, 0}, {2, 0, 0}, {2, 3, 0}, {0, 3, 0}}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    GeoRectGeometry rect;
-    for (int i = 0; i < 4; ++i)
-      rect.corners[i] = c.corners[i];
+    GeoRectGeometry rect = GeoRectGeometry::fromDiagonal(c.p1, c.p2);
     if (c.resizeLength)
       rect.setLengthEdge(2);
     else
@@ -117,28 +87,58 @@ TEST(GeoRectGeometry, DegenerateEdgesTakeTheirFallbackDirections) {
   }
 }
 
-TEST(GeoRectGeometry, DraggingACornerKeepsTheOppositeCornerTheCentreMovesAllOthersNothing) {
+TEST(GeoRectGeometry, GripsAndStretchPointsMoveTheCornersEachTheirOwnWay) {
   struct Case {
-    int grip;
+    const char* name;
+    bool grip; // the grip of the first index, or the stretch points of all
+    OdIntArray indices;
     OdGePoint3d expected[4];
   };
-  // Corners (1,2) (11,2) (11,6) (1,6), dragged by (1, -1).
+  // Corners (1,2) (11,2) (11,6) (1,6), moved by (1, -1); the centre is their mean throughout.
   const Case cases[] = {
-      {0, {{2, 1, 0}, {11, 1, 0}, {11, 6, 0}, {2, 6, 0}}},
-      {1, {{1, 1, 0}, {12, 1, 0}, {12, 6, 0}, {1, 6, 0}}},
-      {2, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
-      {3, {{2, 2, 0}, {11, 2, 0}, {11, 5, 0}, {2, 5, 0}}},
-      {4, {{2, 1, 0}, {12, 1, 0}, {12, 5, 0}, {2, 5, 0}}},
-      {-1, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
-      {5, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
+      // A corner grip keeps the opposite corner; the centre grip moves all; others nothing.
+      {"grip P0", true, {0}, {{2, 1, 0}, {11, 1, 0}, {11, 6, 0}, {2, 6, 0}}},
+      {"grip P1", true, {1}, {{1, 1, 0}, {12, 1, 0}, {12, 6, 0}, {1, 6, 0}}},
+      {"grip P2", true, {2}, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
+      {"grip P3", true, {3}, {{2, 2, 0}, {11, 2, 0}, {11, 5, 0}, {2, 5, 0}}},
+      {"centre grip", true, {4}, {{2, 1, 0}, {12, 1, 0}, {12, 5, 0}, {2, 5, 0}}},
+      {"grip -1", true, {-1}, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
+      {"grip 5", true, {5}, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
+      // No corner or more than two: everything moves.
+      {"none selected", false, {}, {{2, 1, 0}, {12, 1, 0}, {12, 5, 0}, {2, 5, 0}}},
+      {"three selected", false, {0, 1, 2}, {{2, 1, 0}, {12, 1, 0}, {12, 5, 0}, {2, 5, 0}}},
+      {"one corner", false, {2}, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
+      {"one index past the corners", false, {4}, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
+      // Both ends of an edge: the edge slides across itself, the sideways part is dropped.
+      {"edge P0-P1", false, {0, 1}, {{1, 1, 0}, {11, 1, 0}, {11, 6, 0}, {1, 6, 0}}},
+      {"edge P1-P0", false, {1, 0}, {{1, 1, 0}, {11, 1, 0}, {11, 6, 0}, {1, 6, 0}}},
+      {"edge P3-P0", false, {3, 0}, {{2, 2, 0}, {11, 2, 0}, {11, 6, 0}, {2, 6, 0}}},
+      // A diagonal or a repeated index drags the first corner by the full offset.
+      {"diagonal", false, {0, 2}, {{2, 1, 0}, {11, 1, 0}, {11, 6, 0}, {2, 6, 0}}},
+      {"repeated", false, {2, 2}, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
+      {"pair from past the corners", false, {7, 0}, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "grip " << c.grip);
+    SCOPED_TRACE(c.name);
     GeoRectGeometry rect = axisAligned();
-    rect.moveGrip(c.grip, OdGeVector3d(1, -1, 0));
+    if (c.grip)
+      rect.moveGrip(c.indices[0], OdGeVector3d(1, -1, 0));
+    else
+      rect.moveStretchPoints(c.indices, OdGeVector3d(1, -1, 0));
     expectCorners(rect, c.expected);
     expectPoint(rect.center, c.expected[0] + (c.expected[2] - c.expected[0]) / 2);
   }
+  // P0 and P3 at the origin, P1 and P2 at (4, 0). Dragging P0: B = P1 - P2 is exactly zero, so
+  // nothing follows. Stretching edge P0-P1: the direction across it (P0 - P3) is zero, so P0
+  // moves by the unprojected offset, and P1 and P3 cannot follow an edge of length zero.
+  const GeoRectGeometry flat =
+      GeoRectGeometry::fromDiagonal(OdGePoint3d(0, 0, 0), OdGePoint3d(4, 0, 0));
+  GeoRectGeometry rect = flat;
+  rect.moveGrip(0, OdGeVector3d(1, 1, 0));
+  expectCorners(rect, {{1, 1, 0}, {4, 0, 0}, {4, 0, 0}, {0, 0, 0}});
+  rect = flat;
+  rect.moveStretchPoints(OdIntArray{0, 1}, OdGeVector3d(1, 2, 0));
+  expectCorners(rect, {{1, 2, 0}, {4, 0, 0}, {4, 0, 0}, {0, 0, 0}});
 }
 
 TEST(GeoRectGeometry, DraggingACornerOfARotatedRectangleKeepsItRectangular) {
@@ -152,56 +152,6 @@ TEST(GeoRectGeometry, DraggingACornerOfARotatedRectangleKeepsItRectangular) {
     const OdGeVector3d out = rect.corners[(i + 1) % 4] - rect.corners[i];
     EXPECT_NEAR(in.dotProduct(out), 0.0, 1e-9) << "corner " << i;
   }
-}
-
-TEST(GeoRectGeometry, DraggingACornerWhoseEdgeHasNoLengthMovesItAlone) {
-  GeoRectGeometry rect;
-  rect.corners[1] = OdGePoint3d(4, 0, 0);
-  rect.corners[2] = OdGePoint3d(4, 0, 0);
-  // Dragging P0: A = P3 - P2 has length 4, B = P1 - P2 is exactly zero, so nothing follows.
-  rect.moveGrip(0, OdGeVector3d(1, 1, 0));
-  expectCorners(rect, {{1, 1, 0}, {4, 0, 0}, {4, 0, 0}, {0, 0, 0}});
-}
-
-TEST(GeoRectGeometry, StretchingFollowsTheSelection) {
-  struct Case {
-    const char* name;
-    OdIntArray indices;
-    OdGePoint3d expected[4];
-  };
-  // Corners (1,2) (11,2) (11,6) (1,6), stretched by (1, -1).
-  const Case cases[] = {
-      {"none selected", {}, {{2, 1, 0}, {12, 1, 0}, {12, 5, 0}, {2, 5, 0}}},
-      {"three selected", {0, 1, 2}, {{2, 1, 0}, {12, 1, 0}, {12, 5, 0}, {2, 5, 0}}},
-      {"one corner", {2}, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
-      {"one index past the corners", {4}, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
-      // Both ends of an edge: the edge slides across itself, the sideways part is dropped.
-      {"edge P0-P1", {0, 1}, {{1, 1, 0}, {11, 1, 0}, {11, 6, 0}, {1, 6, 0}}},
-      {"edge P1-P0", {1, 0}, {{1, 1, 0}, {11, 1, 0}, {11, 6, 0}, {1, 6, 0}}},
-      {"edge P3-P0", {3, 0}, {{2, 2, 0}, {11, 2, 0}, {11, 6, 0}, {2, 6, 0}}},
-      // A diagonal or a repeated index drags the first corner by the full offset.
-      {"diagonal", {0, 2}, {{2, 1, 0}, {11, 1, 0}, {11, 6, 0}, {2, 6, 0}}},
-      {"repeated", {2, 2}, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
-      {"pair starting past the corners", {7, 0}, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    GeoRectGeometry rect = axisAligned();
-    rect.moveStretchPoints(c.indices, OdGeVector3d(1, -1, 0));
-    expectCorners(rect, c.expected);
-    expectPoint(rect.center, c.expected[0] + (c.expected[2] - c.expected[0]) / 2);
-  }
-}
-
-TEST(GeoRectGeometry, EdgeStretchOfADegenerateEdgeUsesTheFullOffset) {
-  // P0 and P3 coincide, so the direction across edge P0-P1 (P0 - P3) is zero.
-  GeoRectGeometry rect;
-  rect.corners[1] = OdGePoint3d(5, 0, 0);
-  rect.corners[2] = OdGePoint3d(5, 0, 0);
-  rect.moveStretchPoints(OdIntArray{0, 1}, OdGeVector3d(1, 2, 0));
-  // P0 moves by the unprojected offset; P1 and P3 cannot follow an edge of length zero.
-  expectPoint(rect.corners[0], OdGePoint3d(1, 2, 0));
-  expectPoint(rect.corners[1], OdGePoint3d(5, 0, 0));
 }
 
 TEST(GeoRectGeometry, FlatteningDependsOnTheCentreHeightAlone) {

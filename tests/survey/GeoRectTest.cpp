@@ -1,6 +1,7 @@
-// The flat rectangle, and the behaviour it shares with the 3D rectangle: every shared test is
-// typed and runs for both classes. The corner maths itself is tested in GeoRectGeometryTest.cpp,
-// and what every class must do once by the class contract suite (tests/contract).
+// The flat and the 3D rectangle: what they share is typed and runs for both classes, where they
+// differ (drawing) is tested side by side. The corner maths itself is tested in
+// GeoRectGeometryTest.cpp, and what every class must do once by the class contract suite
+// (tests/contract).
 
 #include "survey/OdDbGeo3dRect.h"
 #include "survey/OdDbGeoRect.h"
@@ -9,15 +10,15 @@
 #include "DbPolyline.h"
 #include "OdError.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <cstdint>
 #include <cstdlib>
 
 namespace {
 
-using polygontest::expectPoints;
-using polygontest::samePoint;
+using enttest::expectPoints;
+using enttest::samePoint;
 
 template <class Rect> class RectBody : public testing::Test {
 protected:
@@ -34,29 +35,6 @@ protected:
 using RectClasses = testing::Types<OdDbGeoRect, OdDbGeo3dRect>;
 TYPED_TEST_SUITE(RectBody, RectClasses);
 
-TYPED_TEST(RectBody, StateFollowsTheCornersAndItsEdits) {
-  // The corner maths is GeoRectGeometry's; here only that the entity hands its edits on.
-  typename TestFixture::Ptr empty = TypeParam::createObject();
-  expectPoints(empty->getPts(), {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}});
-  EXPECT_EQ(empty->area(), 0.0);
-  typename TestFixture::Ptr built(new TypeParam(OdGePoint3d(1, 2, 4), OdGePoint3d(5, 8, 10)));
-  expectPoints(built->getPts(), {{1, 2, 4}, {5, 2, 0}, {5, 8, 10}, {1, 8, 0}});
-  EXPECT_TRUE(samePoint(built->getRotatePt(), OdGePoint3d(3, 55, 7)));
-
-  typename TestFixture::Ptr rect = TestFixture::axisAligned();
-  EXPECT_DOUBLE_EQ(rect->width(), 10);
-  EXPECT_DOUBLE_EQ(rect->height(), 4);
-  EXPECT_DOUBLE_EQ(rect->area(), 40);
-  rect->setWidth(5);
-  rect->setHeight(-2);
-  expectPoints(rect->getPts(), {{1, 2, 0}, {6, 2, 0}, {6, 0, 0}, {1, 0, 0}});
-  EXPECT_TRUE(samePoint(rect->getCenterPt(), OdGePoint3d(3.5, 1, 0)));
-  rect->setPts(OdGePoint3d(0, 0, 3), OdGePoint3d(4, 4, 5));
-  rect->setZCoor2Zero();
-  for (const OdGePoint3d& corner : rect->getPts())
-    EXPECT_EQ(corner.z, 0.0);
-}
-
 // P0 (0,0,0), P1 (2,0,0), P2 (2,2,0), P3 (0,2,0), centre (1,1,0), rotation handle (1,51,0),
 // after the entity's data: BS 1 as "01 00000001"; each coordinate a BD, "10" for 0, "01" for
 // 1, "00" and the raw little-endian double for 2 (0x4000000000000000) and 51
@@ -67,23 +45,14 @@ const char* const kReferenceRecord =
 TYPED_TEST(RectBody, WritesTheReferenceRecordAfterTheEntityDataAndReadsOlderVersionsAsIt) {
   typename TestFixture::Ptr rect = TypeParam::createObject();
   rect->setPts(OdGePoint3d(0, 0, 0), OdGePoint3d(2, 2, 0));
-  polygontest::Filer base, full;
-  base.openForWrite(nullptr, OdDbFiler::kCopyFiler);
-  rect->OdDbEntity::dwgOutFields(&base);
-  full.openForWrite(nullptr, OdDbFiler::kCopyFiler);
-  rect->dwgOutFields(&full);
-  EXPECT_EQ(full.dataBitSize() - base.dataBitSize(), 366u);
-  EXPECT_EQ(polygontest::hexOfBits(full.dataBuffer(), full.dataBitSize(), base.dataBitSize()),
-            kReferenceRecord);
-  // The strings and handles are the entity's alone.
-  EXPECT_EQ(full.stringBitSize(), base.stringBitSize());
-  EXPECT_EQ(full.handleBitSize(), base.handleBitSize());
+  // No strings of its own.
+  EXPECT_EQ(enttest::ownRecord(rect), std::string(kReferenceRecord) + "|");
 
   // Older and negative versions are read as the current one.
   typename TestFixture::Ptr source = TestFixture::axisAligned();
   for (OdInt16 version : {-1, 0, 1}) {
     SCOPED_TRACE(version);
-    polygontest::Filer filer;
+    enttest::Filer filer;
     filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
     source->OdDbEntity::dwgOutFields(&filer);
     filer.wrInt16(version);
@@ -112,57 +81,31 @@ TYPED_TEST(RectBody, TransformMovesTheCornersButNotTheRotationHandle) {
 
   // The old rotation handle is what the file gets; the transform is not filed.
   typename TestFixture::Ptr copy = TypeParam::createObject();
-  ASSERT_EQ(polygontest::copyThroughDwg(rect, copy), eOk);
+  ASSERT_EQ(enttest::copyThroughDwg(rect, copy), eOk);
   EXPECT_TRUE(samePoint(copy->getRotatePt(), OdGePoint3d(6, 54, 0)));
   EXPECT_TRUE(copy->accumulatedTransform() == OdGeMatrix3d::kIdentity);
 }
 
-TYPED_TEST(RectBody, GripsAreTheCornersThenTheCentreAndMoveByTagInOrder) {
+TYPED_TEST(RectBody, GripsAreTheCornersThenTheCentreAndStretchPointsTheCorners) {
   typename TestFixture::Ptr rect = TestFixture::axisAligned();
-  OdDbGripDataPtrArray grips;
-  grips.append(std::make_shared<OdDbGripData>()); // grips already there stay first
-  ASSERT_EQ(rect->getGripPoints(grips, 1.0, 3, OdGeVector3d::kZAxis, 0), eOk);
-  ASSERT_EQ(grips.size(), 6u);
+  const OdDbGripDataPtrArray grips = enttest::gripsOf(rect);
+  ASSERT_EQ(grips.size(), 5u);
   const OdGePoint3d expected[5] = {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}, {6, 4, 0}};
   for (unsigned i = 0; i < 5; ++i) {
-    EXPECT_TRUE(samePoint(grips[i + 1]->gripPoint(), expected[i])) << i;
-    EXPECT_EQ(polygontest::gripIndex(grips[i + 1]), static_cast<OdIntPtr>(i));
-    EXPECT_EQ(grips[i + 1]->worldDraw(), nullptr);
+    EXPECT_TRUE(samePoint(grips[i]->gripPoint(), expected[i])) << i;
+    EXPECT_EQ(enttest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
   }
-
-  // Each grip moves by the full offset in turn: the centre, then corner P2 again.
-  EXPECT_EQ(polygontest::moveGrips(rect, {4, 2}, OdGeVector3d(1, -1, 0)), eOk);
-  expectPoints(rect->getPts(), {{2, 1, 0}, {13, 1, 0}, {13, 4, 0}, {2, 4, 0}});
-}
-
-TYPED_TEST(RectBody, StretchPointsAreTheCornersAndAnEdgeSlidesAcrossItself) {
-  typename TestFixture::Ptr rect = TestFixture::axisAligned();
   OdGePoint3dArray points;
   ASSERT_EQ(rect->getStretchPoints(points), eOk);
   expectPoints(points, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}});
-  EXPECT_EQ(rect->moveStretchPointsAt(OdIntArray{3, 2}, OdGeVector3d(5, 1, 0)), eOk);
-  expectPoints(rect->getPts(), {{1, 2, 0}, {11, 2, 0}, {11, 7, 0}, {1, 7, 0}});
-  EXPECT_TRUE(samePoint(rect->getCenterPt(), OdGePoint3d(6, 4.5, 0)));
-}
 
-TYPED_TEST(RectBody, ExplodeWithoutTheLineClassThrowsTheFixedText) {
-  // Unregistering a platform class would disturb every later test, so it happens in a child
-  // process: exit code 0 when the error and its text are as expected.
-  GTEST_FLAG_SET(death_test_style, "fast");
-  EXPECT_EXIT(
-      {
-        typename TestFixture::Ptr rect = TestFixture::axisAligned();
-        OdDbLine::rxUninit();
-        int code = 3;
-        try {
-          OdRxObjectPtrArray pieces;
-          rect->explode(pieces);
-        } catch (const OdError& error) {
-          code = error.description() == OdString(u"OdDbOdDbLineis not loaded") ? 0 : 2;
-        }
-        std::_Exit(code);
-      },
-      testing::ExitedWithCode(0), "");
+  // Grips move by tag in turn, each by the full offset: the centre, then corner P2 again.
+  EXPECT_EQ(enttest::moveGrips(rect, {4, 2}, OdGeVector3d(1, -1, 0)), eOk);
+  expectPoints(rect->getPts(), {{2, 1, 0}, {13, 1, 0}, {13, 4, 0}, {2, 4, 0}});
+  // Stretching both ends of an edge slides it across itself (the rules are GeoRectGeometry's).
+  EXPECT_EQ(rect->moveStretchPointsAt(OdIntArray{3, 2}, OdGeVector3d(5, 1, 0)), eOk);
+  expectPoints(rect->getPts(), {{2, 1, 0}, {13, 1, 0}, {13, 5, 0}, {2, 5, 0}});
+  EXPECT_TRUE(samePoint(rect->getCenterPt(), OdGePoint3d(7.5, 3, 0)));
 }
 
 TYPED_TEST(RectBody, ExplodeSnapsAndIntersectionsComeFromTheEdgesWithTheCentreFirst) {
@@ -171,16 +114,11 @@ TYPED_TEST(RectBody, ExplodeSnapsAndIntersectionsComeFromTheEdgesWithTheCentreFi
   ASSERT_EQ(rect->explode(pieces), eOk);
   EXPECT_EQ(pieces.size(), 4u);
   const OdGePoint3dArray c = rect->getPts();
-  polygontest::expectLines(pieces, {{c[0], c[1]}, {c[1], c[2]}, {c[2], c[3]}, {c[3], c[0]}});
-  OdGePoint3dArray centre;
-  centre.append(OdGePoint3d(9, 9, 9));
-  ASSERT_EQ(rect->getOsnapPoints(OdDb::kOsModeCen, 0, OdGePoint3d(), OdGePoint3d(3, 0, 0),
-                                 OdGeMatrix3d::kIdentity, centre),
-            eOk);
-  expectPoints(centre, {{9, 9, 9}, {6, 4, 0}});
-  expectPoints(polygontest::snapsOf(rect, OdDb::kOsModeMid),
+  enttest::expectLines(pieces, {{c[0], c[1]}, {c[1], c[2]}, {c[2], c[3]}, {c[3], c[0]}});
+  expectPoints(enttest::snapsOf(rect, OdDb::kOsModeCen), {{6, 4, 0}});
+  expectPoints(enttest::snapsOf(rect, OdDb::kOsModeMid),
                {{6, 2, 0}, {11, 4, 0}, {6, 6, 0}, {1, 4, 0}});
-  EXPECT_EQ(polygontest::snapsOf(rect, OdDb::kOsModeEnd).size(), 8u);
+  EXPECT_EQ(enttest::snapsOf(rect, OdDb::kOsModeEnd).size(), 8u);
 
   OdDbLinePtr line = OdDbLine::createObject();
   line->setStartPoint(OdGePoint3d(0, 3, 0));
@@ -194,25 +132,54 @@ TYPED_TEST(RectBody, ExplodeSnapsAndIntersectionsComeFromTheEdgesWithTheCentreFi
             eNotApplicable);
 }
 
-TEST(GeoRect, DrawsAClosedPolylineAtElevationZero) {
-  OdDbGeoRectPtr rect = OdDbGeoRect::createObject();
-  rect->setPts(OdGePoint3d(1, 2, 5), OdGePoint3d(11, 6, 7));
-  const std::vector<OdGiRecord> records = polygontest::drawn(rect);
+TEST(GeoRect, FlatOneDrawsAClosedPolylineAtZeroThe3dOneFourEdgesAtTheCornersHeights) {
+  OdDbGeoRectPtr flat = OdDbGeoRect::createObject();
+  flat->setPts(OdGePoint3d(1, 2, 5), OdGePoint3d(11, 6, 7));
+  std::vector<OdGiRecord> records = enttest::drawn(flat);
   ASSERT_EQ(records.size(), 1u);
   EXPECT_EQ(records[0].kind, OdGiRecord::kPolyline);
   expectPoints(records[0].points, {{1, 2, 0}, {11, 2, 0}, {11, 6, 0}, {1, 6, 0}, {1, 2, 0}});
+
+  // Registered beside the flat rectangle, not under it: drawings carry that parent.
+  OdDbGeo3dRectPtr tilted = OdDbGeo3dRect::createObject();
+  EXPECT_FALSE(tilted->isKindOf(OdDbGeoRect::desc()));
+  tilted->setPts(OdGePoint3d(0, 0, 1), OdGePoint3d(4, 2, 3));
+  enttest::moveGrips(tilted, {4}, OdGeVector3d(0, 0, 2)); // P1 and P3 raised to z 2
+  const OdGePoint3dArray corners = tilted->getPts();
+  ASSERT_EQ(corners[1].z, 2.0);
+  records = enttest::drawn(tilted);
+  ASSERT_EQ(records.size(), 4u);
+  for (unsigned i = 0; i < 4; ++i) {
+    EXPECT_EQ(records[i].kind, OdGiRecord::kPolyline);
+    expectPoints(records[i].points, {corners[i], corners[(i + 1) % 4]});
+  }
 }
 
-TEST(GeoRect, DrawsNothingWithoutThePolylineClass) {
+TEST(GeoRect, WithoutTheStandardClassesNothingIsDrawnAndExplodeThrowsTheFixedText) {
+  // Unregistering platform classes would disturb every later test, so it happens in a child
+  // process: exit code 0 when everything is as expected.
   GTEST_FLAG_SET(death_test_style, "fast");
   EXPECT_EXIT(
       {
-        OdDbGeoRectPtr rect = OdDbGeoRect::createObject();
-        rect->setPts(OdGePoint3d(1, 2, 0), OdGePoint3d(11, 6, 0));
+        OdDbGeoRectPtr flat = OdDbGeoRect::createObject();
+        OdDbGeo3dRectPtr tilted = OdDbGeo3dRect::createObject();
         OdDbPolyline::rxUninit();
         OdGiRecorder recorder;
-        const bool drawn = rect->worldDraw(&recorder);
-        std::_Exit(drawn && recorder.records().empty() ? 0 : 1);
+        bool ok = flat->worldDraw(&recorder) && recorder.records().empty();
+        OdDbLine::rxUninit();
+        ok = ok && tilted->worldDraw(&recorder) && recorder.records().empty();
+        for (OdDbEntity* rect :
+             {static_cast<OdDbEntity*>(flat), static_cast<OdDbEntity*>(tilted)}) {
+          try {
+            OdRxObjectPtrArray pieces;
+            rect->explode(pieces);
+            ok = false;
+          } catch (const OdError& error) {
+            ok = ok && error.code() == eExtendedError &&
+                 error.description() == OdString(u"OdDbOdDbLineis not loaded");
+          }
+        }
+        std::_Exit(ok ? 0 : 1);
       },
       testing::ExitedWithCode(0), "");
 }

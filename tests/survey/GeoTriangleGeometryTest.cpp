@@ -2,14 +2,14 @@
 
 #include "survey/GeoTriangleGeometry.h"
 
-#include "GeoPolygonTestSupport.h"
+#include "common/EntityTestSupport.h"
 
 #include <cmath>
 
 namespace {
 
 using custents::TriangleCorners;
-using polygontest::samePoint;
+using enttest::samePoint;
 
 TEST(GeoTriangleGeometry, EquilateralTriangleKeepsThroughPointLastAndTurnsTheOthersByThirds) {
   struct Case {
@@ -39,7 +39,7 @@ TEST(GeoTriangleGeometry, EquilateralTriangleKeepsThroughPointLastAndTurnsTheOth
   // On its centre it collapses to that point.
   const OdGePoint3d p(2, 3, 0);
   const TriangleCorners t = custents::equilateralTriangle(p, p);
-  polygontest::expectPoints(std::vector<OdGePoint3d>{t.v0, t.v1, t.v2}, {p, p, p});
+  enttest::expectPoints(std::vector<OdGePoint3d>{t.v0, t.v1, t.v2}, {p, p, p});
 }
 
 TEST(GeoTriangleGeometry, MeasuresFollowTheSideLengths) {

@@ -1,17 +1,16 @@
-// The survey triangle's own rules: construction, stored record, the versions it reads, drawing,
-// grips, stretch, snaps and explode geometry. What every class must do is checked once by the
+// The survey triangle's own rules: its rotation handle, stored record, the versions it reads,
+// drawing, grips, stretch, snaps and explode geometry. Its measures and its equilateral
+// construction are tested in GeoTriangleGeometryTest.cpp, what every class must do once by the
 // class contract suite (tests/contract).
 
 #include "survey/OdDbGeoTriangle.h"
 
-#include "GeoPolygonTestSupport.h"
-
-#include <cmath>
+#include "common/EntityTestSupport.h"
 
 namespace {
 
-using polygontest::expectPoints;
-using polygontest::samePoint;
+using enttest::expectPoints;
+using enttest::samePoint;
 
 const OdGePoint3d kA(0, 0, 0), kB(6, 0, 0), kC(0, 3, 0);
 
@@ -24,36 +23,33 @@ OdGePoint3d centroid(const OdGePoint3d& a, const OdGePoint3d& b, const OdGePoint
   return (a + b.asVector() + c.asVector()) / 3.0;
 }
 
-TEST(GeoTriangle, CentroidRotationHandleAndEquilateralConstruction) {
-  OdDbGeoTrianglePtr empty = OdDbGeoTriangle::createObject();
-  expectPoints(empty->getPts(), {OdGePoint3d::kOrigin, OdGePoint3d::kOrigin, OdGePoint3d::kOrigin});
-  EXPECT_TRUE(samePoint(empty->getRotatePt(), OdGePoint3d::kOrigin));
-
+TEST(GeoTriangle, HandleStandsFiftyAboveTheCentroidAndStaysWhenTheShapeIsRebuiltOrMoved) {
   OdDbGeoTrianglePtr t = newTriangle({0, 0, 0}, {6, 0, 3}, {0, 9, 6});
   EXPECT_TRUE(samePoint(t->getCenterPt(), OdGePoint3d(2, 3, 3)));
   EXPECT_TRUE(samePoint(t->getRotatePt(), OdGePoint3d(2, 53, 3)));
-
-  // setPts builds an equilateral triangle through the given point and leaves the handle.
-  const OdGePoint3d handle = t->getRotatePt();
+  // setPts builds an equilateral triangle about the centre through the given point.
   t->setPts(OdGePoint3d(10, 10, 0), OdGePoint3d(10, 14, 0));
-  const double s = 4 * std::sin(2 * OdaPI / 3), c = 4 * std::cos(2 * OdaPI / 3);
-  expectPoints(t->getPts(), {{10 + s, 10 + c, 0}, {10 - s, 10 + c, 0}, {10, 14, 0}});
+  EXPECT_TRUE(samePoint(t->getPts()[2], OdGePoint3d(10, 14, 0)));
   EXPECT_TRUE(samePoint(t->getCenterPt(), OdGePoint3d(10, 10, 0)));
-  EXPECT_TRUE(samePoint(t->getRotatePt(), handle));
-  EXPECT_NEAR(t->girth(), 3 * 4 * std::sqrt(3.0), 1e-9);
-  EXPECT_NEAR(t->area(), 3 * std::sqrt(3.0) / 4 * 16, 1e-9);
+  EXPECT_TRUE(samePoint(t->getRotatePt(), OdGePoint3d(2, 53, 3)));
   t->calcRotatePt();
   EXPECT_TRUE(samePoint(t->getRotatePt(), OdGePoint3d(10, 60, 0)));
+  // A transform moves the vertices and the centre, not the handle.
+  t = newTriangle();
+  ASSERT_EQ(t->transformBy(OdGeMatrix3d::rotation(OdaPI / 2, OdGeVector3d::kZAxis)), eOk);
+  expectPoints(t->getPts(), {{0, 0, 0}, {0, 6, 0}, {-3, 0, 0}});
+  EXPECT_TRUE(samePoint(t->getCenterPt(), OdGePoint3d(-1, 2, 0)));
+  EXPECT_TRUE(samePoint(t->getRotatePt(), OdGePoint3d(2, 51, 0)));
 }
 
 TEST(GeoTriangle, DwgRecordMatchesTheStoredReferenceAndOlderVersionsReadAsIt) {
-  // 56 bits of entity data, then BS 1 and, as 3BD, V0 (0,0,0), V1 (3,0,0), V2 (0,3,0), the
-  // centroid (1,1,0) and the handle (1,51,0).
-  EXPECT_EQ(polygontest::dwgHex(newTriangle({0, 0, 0}, {3, 0, 0}, {0, 3, 0})),
-            "8000100c00061d406a00000000000002102a000000000000021025900000000002012502/288");
+  // After the entity's data: BS 1 and, as 3BD, V0 (0,0,0), V1 (3,0,0), V2 (0,3,0), the
+  // centroid (1,1,0) and the handle (1,51,0); no strings.
+  EXPECT_EQ(enttest::ownRecord(newTriangle({0, 0, 0}, {3, 0, 0}, {0, 3, 0})),
+            "406a00000000000002102a000000000000021025900000000002012502|");
   for (OdInt16 version : {-1, 0, 1}) {
     SCOPED_TRACE(version);
-    polygontest::Filer filer;
+    enttest::Filer filer;
     filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
     newTriangle()->OdDbEntity::dwgOutFields(&filer);
     filer.wrInt16(version);
@@ -68,39 +64,14 @@ TEST(GeoTriangle, DwgRecordMatchesTheStoredReferenceAndOlderVersionsReadAsIt) {
   }
 }
 
-TEST(GeoTriangle, DrawsAndExplodesItsSidesDrawingInThePlaneZ0) {
-  const std::vector<OdGiRecord> records =
-      polygontest::drawn(newTriangle({0, 0, 5}, {6, 0, 5}, {0, 3, 5}));
-  ASSERT_EQ(records.size(), 1u);
-  EXPECT_EQ(records[0].kind, OdGiRecord::kPolyline);
-  expectPoints(records[0].points, {{0, 0, 0}, {6, 0, 0}, {0, 3, 0}, {0, 0, 0}});
-
-  OdRxObjectPtrArray pieces;
-  ASSERT_EQ(newTriangle()->explode(pieces), eOk);
-  EXPECT_EQ(pieces.size(), 3u);
-  polygontest::expectLines(pieces, {{kA, kB}, {kB, kC}, {kC, kA}});
-}
-
-TEST(GeoTriangle, TransformMovesVerticesAndCentreButNotTheHandle) {
-  OdDbGeoTrianglePtr t = newTriangle();
-  const OdGePoint3d handle = t->getRotatePt();
-  ASSERT_EQ(t->transformBy(OdGeMatrix3d::rotation(OdaPI / 2, OdGeVector3d::kZAxis)), eOk);
-  expectPoints(t->getPts(), {{0, 0, 0}, {0, 6, 0}, {-3, 0, 0}});
-  EXPECT_TRUE(samePoint(t->getCenterPt(), OdGePoint3d(-1, 2, 0)));
-  EXPECT_TRUE(samePoint(t->getRotatePt(), handle));
-}
-
 TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndStretchPointsTheVertices) {
   OdDbGeoTrianglePtr t = newTriangle();
-  OdDbGripDataPtrArray grips;
-  grips.append(OdDbGripDataPtr(new OdDbGripData())); // grips already there stay first
-  ASSERT_EQ(t->getGripPoints(grips, 1.0, 5, OdGeVector3d::kZAxis, 0), eOk);
-  ASSERT_EQ(grips.size(), 5u);
+  const OdDbGripDataPtrArray grips = enttest::gripsOf(t);
+  ASSERT_EQ(grips.size(), 4u);
   const OdGePoint3d expected[] = {kA, kB, kC, {2, 1, 0}};
   for (unsigned int i = 0; i < 4; ++i) {
-    EXPECT_TRUE(samePoint(grips[i + 1]->gripPoint(), expected[i]));
-    EXPECT_EQ(polygontest::gripIndex(grips[i + 1]), static_cast<OdIntPtr>(i));
-    EXPECT_EQ(grips[i + 1]->worldDraw(), nullptr);
+    EXPECT_TRUE(samePoint(grips[i]->gripPoint(), expected[i]));
+    EXPECT_EQ(enttest::gripIndex(grips[i]), static_cast<OdIntPtr>(i));
   }
   OdGePoint3dArray points;
   ASSERT_EQ(t->getStretchPoints(points), eOk);
@@ -129,7 +100,7 @@ TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndStretchPointsTheVertices)
     OdIntArray indices;
     for (OdIntPtr tag : c.tags)
       indices.append(static_cast<int>(tag));
-    ASSERT_EQ(c.grip ? polygontest::moveGrips(moved, c.tags, v)
+    ASSERT_EQ(c.grip ? enttest::moveGrips(moved, c.tags, v)
                      : moved->moveStretchPointsAt(indices, v),
               eOk);
     expectPoints(moved->getPts(), {c.a, c.b, c.c});
@@ -138,16 +109,22 @@ TEST(GeoTriangle, GripsAreTheVerticesThenTheCentroidAndStretchPointsTheVertices)
   }
 }
 
-TEST(GeoTriangle, SnapsAndIntersectionsAreThoseOfItsSidesWithTheCentroidLast) {
+TEST(GeoTriangle, DrawnAtZ0ExplodedSnappedAndIntersectedAlongItsSides) {
+  const std::vector<OdGiRecord> records =
+      enttest::drawn(newTriangle({0, 0, 5}, {6, 0, 5}, {0, 3, 5}));
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_EQ(records[0].kind, OdGiRecord::kPolyline);
+  expectPoints(records[0].points, {{0, 0, 0}, {6, 0, 0}, {0, 3, 0}, {0, 0, 0}});
+
+  OdRxObjectPtrArray pieces;
+  ASSERT_EQ(newTriangle()->explode(pieces), eOk);
+  EXPECT_EQ(pieces.size(), 3u);
+  enttest::expectLines(pieces, {{kA, kB}, {kB, kC}, {kC, kA}});
+
   OdDbGeoTrianglePtr t = newTriangle();
-  expectPoints(polygontest::snapsOf(t, OdDb::kOsModeEnd), {kA, kB, kB, kC, kC, kA});
-  expectPoints(polygontest::snapsOf(t, OdDb::kOsModeMid), {{3, 0, 0}, {3, 1.5, 0}, {0, 1.5, 0}});
-  OdGePoint3dArray centre;
-  centre.append(OdGePoint3d(7, 7, 7));
-  ASSERT_EQ(t->getOsnapPoints(OdDb::kOsModeCen, 0, OdGePoint3d::kOrigin, OdGePoint3d::kOrigin,
-                              OdGeMatrix3d::kIdentity, centre),
-            eOk);
-  expectPoints(centre, {{7, 7, 7}, {2, 1, 0}});
+  expectPoints(enttest::snapsOf(t, OdDb::kOsModeEnd), {kA, kB, kB, kC, kC, kA});
+  expectPoints(enttest::snapsOf(t, OdDb::kOsModeMid), {{3, 0, 0}, {3, 1.5, 0}, {0, 1.5, 0}});
+  expectPoints(enttest::snapsOf(t, OdDb::kOsModeCen), {{2, 1, 0}});
 
   OdDbLinePtr line = OdDbLine::createObject();
   line->setStartPoint(OdGePoint3d(1, -1, 0));

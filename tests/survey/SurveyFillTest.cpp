@@ -66,25 +66,19 @@ std::vector<Shape> shapes(OdDbDatabase* db) {
   return all;
 }
 
-void expectOutline(const OdDbHatch* hatch, const std::vector<OdGePoint2d>& points) {
+/// A free-standing associative hatch over the shape's outline.
+void expectHatchOver(const OdDbHatch* hatch, const Shape& shape, OdDbDatabase* db) {
   ASSERT_EQ(hatch->numLoops(), 1);
   OdInt32 type = 0;
   OdGePoint2dArray vertices;
   OdGeDoubleArray bulges;
   hatch->getLoopAt(0, type, vertices, bulges);
   EXPECT_EQ(type, OdDbHatch::kExternal | OdDbHatch::kPolyline);
-  ASSERT_EQ(vertices.size(), points.size());
-  ASSERT_EQ(bulges.size(), points.size());
+  ASSERT_EQ(vertices.size(), shape.outline.size());
   for (unsigned int i = 0; i < vertices.size(); ++i) {
-    EXPECT_NEAR(vertices[i].x, points[i].x, 1e-9) << i;
-    EXPECT_NEAR(vertices[i].y, points[i].y, 1e-9) << i;
+    EXPECT_NEAR(vertices[i].distanceTo(shape.outline[i]), 0.0, 1e-9) << i;
     EXPECT_EQ(bulges[i], 0.0);
   }
-}
-
-/// A free-standing associative hatch over the shape's outline.
-void expectHatchOver(const OdDbHatch* hatch, const Shape& shape, OdDbDatabase* db) {
-  expectOutline(hatch, shape.outline);
   EXPECT_TRUE(hatch->associative());
   EXPECT_EQ(hatch->hatchStyle(), OdDbHatch::kNormal);
   EXPECT_EQ(hatch->hatchObjectType(), OdDbHatch::kHatchObject);
@@ -108,9 +102,6 @@ TEST(SurveyFill, ColourIsASolidHatchAndAPatternReportsHowManyCellsTheAreaHolds) 
     EXPECT_EQ(hatch->patternType(), OdDbHatch::kPreDefined);
     EXPECT_EQ(hatch->patternName(), OdString(u"SOLID"));
     EXPECT_EQ(hatch->color().color(), colour.color());
-    double area = 0;
-    hatch->getArea(area);
-    EXPECT_NEAR(area, s.area, 1e-9);
 
     for (const auto& c : cases) {
       SCOPED_TRACE(testing::Message() << "scale " << c.scale << " unit " << c.unit);
@@ -129,7 +120,7 @@ TEST(SurveyFill, ColourIsASolidHatchAndAPatternReportsHowManyCellsTheAreaHolds) 
   }
 }
 
-TEST(SurveyFill, OtherClassesAreRefusedAndNoShapeFillsNothing) {
+TEST(SurveyFill, OtherClassesNoShapeAndShapesThatCannotBeFilledAreRefused) {
   OdDbDatabasePtr db = OdDbDatabase::createObject();
   for (const Shape& s : shapes(db)) {
     SCOPED_TRACE(s.name);
@@ -147,10 +138,6 @@ TEST(SurveyFill, OtherClassesAreRefusedAndNoShapeFillsNothing) {
     EXPECT_TRUE(s.filler->FillPattern(OdDbEntityPtr(), OdString(u"LINE"), 1, 0, ratio).isNull());
     EXPECT_EQ(ratio, 1.0);
   }
-}
-
-TEST(SurveyFill, ShapeRulesRefuseWhatCannotBeFilled) {
-  OdDbDatabasePtr db = OdDbDatabase::createObject();
   std::vector<Shape> all = shapes(db);
   // A polygon with fewer vertices than sides has no outline.
   OdDbGeoPolygon::cast(all[1].entity)->init(OdGePoint3d::kOrigin, 6);

@@ -8,7 +8,6 @@
 
 #include "DbDatabase.h"
 #include "MenuTables.h"
-#include "PropertyGridName.h"
 #include "RxObjectImpl.h"
 
 #include <gtest/gtest.h>
@@ -28,41 +27,32 @@ OdVariant text(const char16_t* value) {
 }
 
 struct Row {
-  const char16_t* label;
-  const char16_t* tip;
   double value;
   bool editable;
 };
 
-/// The page's name and groups, and its rows of group 1 with their values.
-void expectPage(PropertyPE* pe, const OdDbEntity* entity, const char16_t* name, OdInt32 commonFlag,
+/// The page's groups and the values of its rows of group 1. The rows' labels and tips are
+/// constants, and the display name is checked with the other classes' in tests/module.
+void expectPage(PropertyPE* pe, const OdDbEntity* entity, OdInt32 commonFlag,
                 const std::vector<Row>& rows) {
   ASSERT_NE(pe, nullptr);
-  EXPECT_EQ(pe->getEntityName(entity), OdString(name));
   EXPECT_EQ(pe->getPropertyCount(), 2);
   EXPECT_EQ(pe->getPropertyByeId(entity, 0).flag, commonFlag);
-  const entityProperty geometry = pe->getPropertyByeId(entity, 1);
-  EXPECT_EQ(geometry.flag, 1);
-  EXPECT_EQ(geometry.name, PropertyGridName::_propertygraphyname);
-  EXPECT_EQ(geometry.count, static_cast<OdInt32>(rows.size()));
+  EXPECT_EQ(pe->getPropertyByeId(entity, 1).flag, 1);
+  EXPECT_EQ(pe->getPropertyByeId(entity, 1).count, static_cast<OdInt32>(rows.size()));
   for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
-    SCOPED_TRACE(i);
     const propAttribute record = pe->getPropAttributeByeId(entity, 1, i);
-    EXPECT_EQ(record.name, OdString(rows[i].label));
-    EXPECT_EQ(record.tip, OdString(rows[i].tip));
-    ASSERT_EQ(record.value.type(), OdVariant::kDouble);
-    EXPECT_NEAR(record.value.getDouble(), rows[i].value, 1e-9);
-    EXPECT_EQ(record.editable, rows[i].editable);
-    EXPECT_EQ(record.editorKind, 0);
+    ASSERT_EQ(record.value.type(), OdVariant::kDouble) << i;
+    EXPECT_NEAR(record.value.getDouble(), rows[i].value, 1e-9) << i;
+    EXPECT_EQ(record.editable, rows[i].editable) << i;
+    EXPECT_EQ(record.editorKind, 0) << i;
   }
 }
 
 TEST(TrianglePropertyPE, ShowsPerimeterAndAreaAndSetsOnlyTheCommonRows) {
   PropertyPEPtr pe = pageOf(OdDbGeoTriangle::desc());
   OdDbGeoTrianglePtr t(new OdDbGeoTriangle({0, 0, 0}, {3, 0, 0}, {0, 4, 0}));
-  expectPage(
-      pe, t, u"三角形", 1,
-      {{u"周长", u"查看三角形的周长", 12.0, false}, {u"面积", u"查看三角形的面积", 6.0, false}});
+  expectPage(pe, t, 1, {{12.0, false}, {6.0, false}}); // perimeter, area
   t->setPts(OdGePoint3d::kOrigin, OdGePoint3d(0, 2, 0));
   EXPECT_NEAR(pe->getPropAttributeByeId(t, 1, 0).value.getDouble(), 6 * std::sqrt(3.0), 1e-9);
 
@@ -91,9 +81,7 @@ TEST(PolygonPropertyPE, ShowsTheCentralAngleAndRefusesEverySideCount) {
     p->init(OdGePoint3d(1, 1, 0), sides);
     p->setValue(OdGePoint3d(4, 1, 0));
     // The common group's flag is 0 on this page.
-    expectPage(pe, p, u"多边形", 0,
-               {{u"角度", u"查看角度", 360.0 / sides, false},
-                {u"边数", u"修改边数", static_cast<double>(sides), true}});
+    expectPage(pe, p, 0, {{360.0 / sides, false}, {static_cast<double>(sides), true}});
     // Shown as editable, but the grid has never changed a polygon's sides.
     for (const OdVariant& value : {text(u"8"), OdVariant(8.0), OdVariant(OdInt32(8))}) {
       for (int row : {0, 1, 2})
@@ -119,11 +107,8 @@ template <class Rect> OdSmartPtr<Rect> axisAligned() {
 }
 
 template <class Rect> void expectRectanglePage(PropertyPE* pe) {
-  expectPage(pe, axisAligned<Rect>(), u"矩形", 1,
-             {{u"长", u"修改矩形的长", 10, true},
-              {u"宽", u"修改矩形的宽", 4, true},
-              {u"周长", u"查看矩形的周长", 28, false},
-              {u"面积", u"查看矩形的面积", 40, false}});
+  // Length, width, perimeter and area.
+  expectPage(pe, axisAligned<Rect>(), 1, {{10, true}, {4, true}, {28, false}, {40, false}});
 
   OdString byReference(u"6");
   OdVariant referenced;
@@ -230,11 +215,6 @@ TEST_F(SurveyMenus, EachPageBuildsItsMenuFromTheHostList) {
       EXPECT_FALSE(menus[i].flag2);
     }
     EXPECT_EQ(g_mapAllRMenu.count(missing), c.missingAddedToTheHostMap ? 1u : 0u);
-
-    votherBaseDrawing.clear();
-    menus.clear();
-    EXPECT_TRUE(pageOf(c.cls)->GetRMenus(menus));
-    EXPECT_TRUE(menus.empty());
   }
 }
 

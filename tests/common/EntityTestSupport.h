@@ -1,9 +1,11 @@
-#ifndef CUSTENTS_TESTS_GEO_POLYGON_TEST_SUPPORT_H
-#define CUSTENTS_TESTS_GEO_POLYGON_TEST_SUPPORT_H
+#ifndef CUSTENTS_TESTS_ENTITY_TEST_SUPPORT_H
+#define CUSTENTS_TESTS_ENTITY_TEST_SUPPORT_H
 
-// Helpers shared by the tests of the survey shapes and the coordinate dimensions: DWG streams as
-// hex text, grips by index, snaps, drawing and explode output, points compared with a tolerance.
+// Helpers shared by the tests of the survey shapes and the dimensions: a class's own DWG record as
+// hex text, grips by index, snaps, drawing and explode output, true colours, points compared with
+// a tolerance.
 
+#include "CmColor.h"
 #include "DbBitStream.h"
 #include "DbDwgStreamFiler.h"
 #include "DbEntity.h"
@@ -18,7 +20,7 @@
 #include <utility>
 #include <vector>
 
-namespace polygontest {
+namespace enttest {
 
 typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
 typedef std::vector<std::pair<OdGePoint3d, OdGePoint3d>> Segments;
@@ -31,14 +33,6 @@ inline std::string toHex(const OdUInt8Array& bytes) {
     hex += digits;
   }
   return hex;
-}
-
-/// The entity's DWG data stream as lower-case hex, followed by "/" and its size in bits.
-inline std::string dwgHex(const OdDbObject* object) {
-  Filer filer;
-  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
-  object->dwgOutFields(&filer);
-  return toHex(filer.dataBuffer()) + "/" + std::to_string(filer.dataBitSize());
 }
 
 /// The bits from `startBit` to the end of a stream, packed again from the first byte, in hex:
@@ -63,6 +57,15 @@ inline std::string ownRecord(const OdDbEntity* entity) {
   entity->dwgOutFields(&full);
   return hexOfBits(full.dataBuffer(), full.dataBitSize(), base.dataBitSize()) + "|" +
          hexOfBits(full.stringBuffer(), full.stringBitSize(), base.stringBitSize());
+}
+
+/// The object's whole record, its base's data included: the data and the strings in hex.
+inline std::string wholeRecord(const OdDbObject* object) {
+  Filer filer;
+  filer.openForWrite(nullptr, OdDbFiler::kCopyFiler);
+  object->dwgOutFields(&filer);
+  return hexOfBits(filer.dataBuffer(), filer.dataBitSize(), 0) + "|" +
+         hexOfBits(filer.stringBuffer(), filer.stringBitSize(), 0);
 }
 
 /// Writes `source` and reads it into `target`, the way copies are made.
@@ -111,6 +114,12 @@ inline std::vector<OdGiRecord> drawn(const OdDbEntity* entity) {
   return recorder.records();
 }
 
+inline OdCmColor trueColor(OdUInt8 r, OdUInt8 g, OdUInt8 b) {
+  OdCmColor color;
+  color.setRGB(r, g, b);
+  return color;
+}
+
 inline ::testing::AssertionResult samePoint(const OdGePoint3d& actual, const OdGePoint3d& expected,
                                             double tol = 1e-9) {
   if (actual.distanceTo(expected) <= tol)
@@ -139,6 +148,6 @@ inline void expectLines(const OdRxObjectPtrArray& pieces, const Segments& ends) 
   }
 }
 
-} // namespace polygontest
+} // namespace enttest
 
 #endif
