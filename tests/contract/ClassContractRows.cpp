@@ -29,13 +29,15 @@ template <class Base> void baseOf(const OdDbObject* object, OdDbDwgFiler* filer)
   static_cast<const Base*>(object)->Base::dwgOutFields(filer);
 }
 
-/// A polyline-shaped base: a closed path off the plane whose first and last segments bulge.
+/// A polyline-shaped base: a closed path off the plane whose first and last segments bulge,
+/// with a constant width.
 void shapePolyline(OdDbPolyline* polyline) {
   polyline->addVertexAt(0, OdGePoint2d(0, 0), -0.3);
   polyline->addVertexAt(1, OdGePoint2d(10, 0), 0.5);
   polyline->addVertexAt(2, OdGePoint2d(10, 8), 0.2);
   polyline->setClosed(true);
   polyline->setElevation(1.5);
+  polyline->setConstantWidth(0.25);
 }
 
 /// A new instance of any class; the classes built on a standard entity get that entity's
@@ -109,13 +111,17 @@ OdDbObjectPtr newDimCoor(OdDbDatabase* db) {
 
 OdDbObjectPtr line(OdDbDatabase* db) { return typical<OdDbLine>(db); }
 OdDbObjectPtr point(OdDbDatabase* db) { return typical<OdDbPoint>(db); }
-/// The standard polyline lies in a tilted plane too, with a thickness and a constant width, so
-/// that every optional part of its record is filed.
-OdDbObjectPtr polyline(OdDbDatabase* db) {
-  OdDbPolylinePtr pline = OdDbPolyline::cast(typical<OdDbPolyline>(db));
+/// The standard polyline is what the polyline-shaped rows are not: open, straight, with widths
+/// of each vertex, in a tilted plane, with a thickness. Between them every optional part of
+/// the record is filed.
+OdDbObjectPtr polyline(OdDbDatabase*) {
+  OdDbPolylinePtr pline = OdDbPolyline::createObject();
+  pline->addVertexAt(0, OdGePoint2d(0, 0), 0.0, 0.0, 0.5);
+  pline->addVertexAt(1, OdGePoint2d(10, 0), 0.0, 0.5, 0.25);
+  pline->addVertexAt(2, OdGePoint2d(10, 8), 0.0, 0.1, 0.1);
   pline->setNormal(OdGeVector3d(0, 0.6, 0.8));
+  pline->setElevation(-2.0);
   pline->setThickness(0.75);
-  pline->setConstantWidth(0.25);
   return pline;
 }
 

@@ -109,6 +109,22 @@ TEST(ArcTest, ObjectSnapsOnTheSweep) {
   }
 }
 
+// Parameters are angles over the sweep, which may run past a full turn's angle.
+TEST(ArcTest, ParametersRunOverTheSweep) {
+  OdDbArcPtr arc = makeArc(OdGePoint3d(1, 1, 0), 2.0, 270.0, 90.0);
+  const struct {
+    double param;
+    bool onArc;
+  } cases[] = {{270 * kDeg, true}, {360 * kDeg, true},  {450 * kDeg, true},
+               {260 * kDeg, false}, {460 * kDeg, false}, {std::nan(""), false}};
+  for (const auto& c : cases) {
+    OdGePoint3d point;
+    EXPECT_EQ(c.onArc ? eOk : eInvalidInput, arc->getPointAtParam(c.param, point)) << c.param;
+    if (c.onArc)
+      expectPoint(OdGePoint3d(1 + 2 * std::cos(c.param), 1 + 2 * std::sin(c.param), 0), point);
+  }
+}
+
 TEST(ArcTest, EqualAnglesMakeAFullTurn) {
   OdDbArcPtr arc = makeArc(OdGePoint3d(), 1.0, 30.0, 30.0);
   double start = 0.0;

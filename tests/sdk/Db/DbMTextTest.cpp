@@ -128,6 +128,18 @@ TEST(MText, TransformScalesRotatesAndKeepsMirroredTextReadable) {
   EXPECT_EQ(3.0, flat->textHeight());
 }
 
+// The one grip is the location.
+TEST(MText, TheLocationIsTheOnlyGrip) {
+  OdDbMTextPtr text = OdDbMText::createObject();
+  text->setLocation(OdGePoint3d(1, 2, 3));
+  OdGePoint3dArray grips;
+  ASSERT_EQ(eOk, text->getGripPoints(grips));
+  ASSERT_EQ(1u, grips.size());
+  EXPECT_EQ(eInvalidIndex, text->moveGripPointsAt(OdIntArray{1}, OdGeVector3d(1, 0, 0)));
+  ASSERT_EQ(eOk, text->moveGripPointsAt(OdIntArray{0}, OdGeVector3d(1, 0, 0)));
+  expectPoint(OdGePoint3d(2, 2, 3), text->location());
+}
+
 TEST(MText, ExplodesIntoOneTextPerLine) {
   OdDbMTextPtr mtext =
       makeMText("ab\\P\\P{\\C1;\\W0.5;abcd}", OdDbMText::kBottomRight, OdGePoint3d(10, 0, 0));

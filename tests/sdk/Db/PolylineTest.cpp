@@ -235,6 +235,16 @@ TEST_F(PolylineTest, ClosestPointIsOnTheNearestSegment) {
   double param = 0.0;
   ASSERT_EQ(eOk, pline->getParamAtPoint(OdGePoint3d(10, 7.5, 0), param));
   EXPECT_NEAR(1.75, param, 1e-12);
+  // One midpoint per segment, the closing one included when closed.
+  for (bool closed : {false, true}) {
+    pline->setClosed(closed);
+    OdGePoint3dArray mids;
+    ASSERT_EQ(eOk, pline->getOsnapPoints(OdDb::kOsModeMid, 0, {}, {}, {}, mids));
+    ASSERT_EQ(closed ? 3u : 2u, mids.size());
+    expectPoint(OdGePoint3d(10, 5, 0), mids[1]);
+    if (closed)
+      expectPoint(OdGePoint3d(5, 5, 0), mids[2]);
+  }
 }
 
 TEST_F(PolylineTest, ExtentsIncludeArcBulgesOfEverySegment) {

@@ -83,6 +83,25 @@ TEST(Text, EachModePlacesTheBaselineFromItsAnchor) {
   }
 }
 
+// A left-aligned text has one grip, its position; an aligned one its alignment point too. The
+// position of a text anchored at its alignment point drags the whole text.
+TEST(Text, GripsAreThePositionAndTheAlignmentPoint) {
+  OdDbTextPtr left = makeText(u"ab", OdDb::kTextLeft, OdDb::kTextBase, {1, 2, 0}, {0, 0, 0});
+  OdGePoint3dArray grips;
+  ASSERT_EQ(eOk, left->getGripPoints(grips));
+  EXPECT_EQ(1u, grips.size());
+  EXPECT_EQ(eInvalidIndex, left->moveGripPointsAt(OdIntArray{1}, OdGeVector3d(1, 0, 0)));
+  OdDbTextPtr centred = makeText(u"ab", OdDb::kTextCenter, OdDb::kTextBase, {}, {5, 5, 0});
+  grips.clear();
+  ASSERT_EQ(eOk, centred->getGripPoints(grips));
+  ASSERT_EQ(2u, grips.size());
+  expectPoint(OdGePoint3d(5, 5, 0), grips[1]);
+  const OdGePoint3d before = centred->position();
+  ASSERT_EQ(eOk, centred->moveGripPointsAt(OdIntArray{0}, OdGeVector3d(0, 3, 0)));
+  expectPoint(OdGePoint3d(5, 8, 0), centred->alignmentPoint());
+  expectPoint(before + OdGeVector3d(0, 3, 0), centred->position());
+}
+
 TEST(Text, TransformScalesRotatesAndKeepsMirroredTextReadable) {
   const double w = kAbcdWidth;
   const struct {

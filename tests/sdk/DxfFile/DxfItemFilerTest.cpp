@@ -186,6 +186,16 @@ TEST(DxfItemFilerTest, PointsNeedTheirYAndMayLackZ) {
     EXPECT_EQ(OdGePoint2d(1, 2), point);
     EXPECT_EQ(40, filer.nextItem());
   }
+  {
+    // And need no z.
+    Filer filer;
+    filer.openForRead({{11, "1"}, {21, "2"}, {40, "5"}});
+    filer.nextItem();
+    OdGeVector2d vector;
+    filer.rdVector2d(vector);
+    EXPECT_EQ(OdGeVector2d(1, 2), vector);
+    EXPECT_EQ(40, filer.nextItem());
+  }
   const struct {
     const char* what;
     Items items;
