@@ -88,19 +88,19 @@ TEST(MText, TransformScalesRotatesAndKeepsMirroredTextReadable) {
     const char* contents;
   } cases[] = {
       {"rotation", OdGeMatrix3d::rotation(OdaPI2, OdGeVector3d::kZAxis), OdDbMText::kTopLeft,
-       OdGeVector3d::kYAxis, 3.0, "ab\\P{\\H4;abcd}"},
+       OdGeVector3d::kYAxis, 3.0, "ab\\P{\\H4.0;abcd}"},
       {"uniform scale", OdGeMatrix3d::scaling(2.0), OdDbMText::kTopLeft, OdGeVector3d::kXAxis, 6.0,
        "ab\\P{\\H8;abcd}"},
       {"mirror across the y axis: block mirrored, reads left to right",
        OdGeMatrix3d::mirroring(OdGePoint3d::kOrigin, OdGeVector3d::kXAxis), OdDbMText::kTopRight,
-       OdGeVector3d::kXAxis, 3.0, "ab\\P{\\H4;abcd}"},
+       OdGeVector3d::kXAxis, 3.0, "ab\\P{\\H4.0;abcd}"},
       {"mirror across the x axis: turned half round",
        OdGeMatrix3d::mirroring(OdGePoint3d::kOrigin, OdGeVector3d::kYAxis), OdDbMText::kTopRight,
-       -OdGeVector3d::kXAxis, 3.0, "ab\\P{\\H4;abcd}"},
+       -OdGeVector3d::kXAxis, 3.0, "ab\\P{\\H4.0;abcd}"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    OdDbMTextPtr mtext = makeMText("ab\\P{\\H4;abcd}", OdDbMText::kTopLeft, OdGePoint3d(1, 2, 0));
+    OdDbMTextPtr mtext = makeMText("ab\\P{\\H4.0;abcd}", OdDbMText::kTopLeft, OdGePoint3d(1, 2, 0));
     mtext->setWidth(10.0);
     OdGeExtents3d before;
     ASSERT_EQ(eOk, mtext->getGeomExtents(before));
@@ -109,6 +109,7 @@ TEST(MText, TransformScalesRotatesAndKeepsMirroredTextReadable) {
     EXPECT_TRUE(c.direction.isEqualTo(mtext->direction(), OdGeTol(1e-9)));
     EXPECT_TRUE(OdGeVector3d::kZAxis.isEqualTo(mtext->normal(), OdGeTol(1e-9)));
     EXPECT_NEAR(c.textHeight, mtext->textHeight(), 1e-12);
+    // Heights are rewritten only when the size changes; otherwise the contents stay as typed.
     EXPECT_EQ(c.contents, mtext->contents().toUtf8());
     expectPoint(c.xform * OdGePoint3d(1, 2, 0), mtext->location());
     // The box lands where the matrix puts the old box.
