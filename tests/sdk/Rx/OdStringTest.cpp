@@ -22,6 +22,18 @@ OdString formatted(const OdChar* fmt, ...) {
   return s;
 }
 
+// A search starts at its index (a negative one at the start); an empty pattern finds nothing.
+TEST(OdStringEdit, FindStartsAtItsIndex) {
+  const OdString s(u"坐a坐a");
+  EXPECT_EQ(s.find(u"坐a", 1), 2);
+  EXPECT_EQ(s.find(u"坐a", -3), 0);
+  EXPECT_EQ(s.find(u'a', 2), 3);
+  EXPECT_EQ(s.find(u'坐', 1), 2);
+  EXPECT_EQ(s.find(u'a', 4), -1);
+  EXPECT_EQ(s.find(u"", 0), -1);
+  EXPECT_EQ(s.reverseFind(u'坐'), 2);
+}
+
 TEST(OdStringEdit, ReplaceCountsMatches) {
   OdString s(u"aaaa");
   EXPECT_EQ(s.replace(u"aa", u"b"), 2);
