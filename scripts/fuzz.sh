@@ -7,7 +7,8 @@
 # inputs collect in build/fuzz/work/<HARNESS>; inputs that crash, hang or exhaust memory are
 # written to fuzz/crashes/<HARNESS>/. Afterwards the corpus is minimized back into
 # fuzz/corpus/<HARNESS> (libFuzzer -merge=1, edges only, of the old corpus and the new inputs
-# into a fresh folder, which replaces the old). Prints executions, coverage and findings per
+# into a fresh folder, which replaces the old). A corpus stored packed, fuzz/corpus/<HARNESS>.tar.xz
+# (the DXF corpus, which is text), is unpacked into build/fuzz/corpus first and packed again. Prints executions, coverage and findings per
 # harness; exits non-zero when any harness found something. Installs clang if it is missing.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
@@ -81,6 +82,13 @@ summary=()
 found_any=0
 for harness in "${harnesses[@]}"; do
   corpus=fuzz/corpus/$harness
+  archive=$corpus.tar.xz
+  if [[ -f $archive ]]; then
+    corpus=$build/corpus/$harness
+    rm -rf "$corpus"
+    mkdir -p "$corpus"
+    cmake -E chdir "$corpus" cmake -E tar xf "$PWD/$archive" || exit 1
+  fi
   crashes=fuzz/crashes/$harness
   work=$build/work/$harness
   log=$build/work/$harness.log
@@ -113,6 +121,13 @@ for harness in "${harnesses[@]}"; do
     rm -rf "$corpus"
     mv "$fresh" "$corpus"
     rm -rf "$work"
+    if [[ -f $archive ]]; then
+      # Packed the same way every time (names sorted, one fixed date), so that an unchanged
+      # corpus gives an unchanged file.
+      (cd "$corpus" && find . -type f -printf "%P\n" | LC_ALL=C sort >"../$harness.list" &&
+        cmake -E tar cJf "$OLDPWD/$archive" "--mtime=1970-01-01 00:00:00 UTC" \
+          --files-from="../$harness.list") || exit 1
+    fi
   else
     echo "  merge failed, $corpus left as it was: $build/work/$harness.merge.log"
     found_any=1
