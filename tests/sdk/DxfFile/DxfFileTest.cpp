@@ -5,7 +5,11 @@
 
 #include "DbBlockTable.h"
 #include "DbDatabase.h"
+#include "DbDictionary.h"
 #include "DbDxfItemFiler.h"
+#include "DbGroup.h"
+#include "DbLinetypeTable.h"
+#include "DbTextStyleTable.h"
 #include "DbLine.h"
 #include "DbPolyline.h"
 #include "DbText.h"
@@ -208,6 +212,66 @@ TEST_F(DxfFileTest, LinesEndingInCarriageReturnsLoad) {
   ASSERT_EQ(odDbReadDxf(path("crlf.dxf").c_str(), db, &error), eOk) << error.toUtf8();
   OdDbBlockTableRecordPtr model = db->getModelSpaceId().safeOpenObject();
   EXPECT_EQ(model->entityIds().size(), 1u);
+}
+
+// What a drawing's tables and groups hold comes back from its file field by field: a
+// linetype's dashes, a text style's face (with bold, italic, charset, pitch and family), a
+// group's description and whether it is selectable.
+TEST_F(DxfFileTest, TablesAndGroupsComeBackFieldByField) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  OdDbLinetypeTablePtr linetypes = db->getLinetypeTableId().safeOpenObject(OdDb::kForWrite);
+  OdDbLinetypeTableRecordPtr dashed = OdDbLinetypeTableRecord::createObject();
+  dashed->setName(OD_T("Fence"));
+  dashed->setNumDashes(3);
+  for (int i = 0; i < 3; ++i)
+    dashed->setDashLengthAt(i, i == 1 ? -0.25 : 0.5 + i);
+  linetypes->add(dashed);
+  OdDbTextStyleTablePtr styles = db->getTextStyleTableId().safeOpenObject(OdDb::kForWrite);
+  for (bool bold : {false, true}) {
+    OdDbTextStyleTableRecordPtr style = OdDbTextStyleTableRecord::createObject();
+    style->setName(bold ? OD_T("Bold") : OD_T("Italic"));
+    style->setFont(OD_T("SimSun"), bold, !bold, 134, bold ? 2 : 49);
+    styles->add(style);
+  }
+  OdDbDictionaryPtr groups = db->getGroupDictionaryId().safeOpenObject(OdDb::kForWrite);
+  for (bool selectable : {false, true}) {
+    OdDbGroupPtr group = OdDbGroup::createObject();
+    group->setDescription(selectable ? OD_T("picked") : OD_T("passed over"));
+    group->setSelectable(selectable);
+    groups->setAt(selectable ? OD_T("Picked") : OD_T("Passed"), group);
+  }
+  ASSERT_EQ(odDbWriteDxf(db, path("tables.dxf").c_str()), eOk);
+  OdDbDatabasePtr read;
+  OdString error;
+  ASSERT_EQ(odDbReadDxf(path("tables.dxf").c_str(), read, &error), eOk) << error.toUtf8();
+
+  OdDbLinetypeTablePtr readLinetypes = read->getLinetypeTableId().safeOpenObject();
+  OdDbLinetypeTableRecordPtr fence = readLinetypes->getAt(OD_T("Fence"), OdDb::kForRead);
+  ASSERT_EQ(fence->numDashes(), 3);
+  for (int i = 0; i < 3; ++i)
+    EXPECT_EQ(fence->dashLengthAt(i), dashed->dashLengthAt(i)) << i;
+  OdDbTextStyleTablePtr readStyles = read->getTextStyleTableId().safeOpenObject();
+  for (bool bold : {false, true}) {
+    OdDbTextStyleTableRecordPtr style =
+        readStyles->getAt(bold ? OD_T("Bold") : OD_T("Italic"), OdDb::kForRead);
+    OdString face;
+    bool isBold = !bold, isItalic = bold;
+    int charset = 0, pitchAndFamily = 0;
+    style->font(face, isBold, isItalic, charset, pitchAndFamily);
+    EXPECT_EQ(face, OdString(OD_T("SimSun")));
+    EXPECT_EQ(isBold, bold);
+    EXPECT_EQ(isItalic, !bold);
+    EXPECT_EQ(charset, 134);
+    EXPECT_EQ(pitchAndFamily, bold ? 2 : 49);
+  }
+  OdDbDictionaryPtr readGroups = read->getGroupDictionaryId().safeOpenObject();
+  for (bool selectable : {false, true}) {
+    OdDbGroupPtr group =
+        readGroups->getAt(selectable ? OD_T("Picked") : OD_T("Passed"), OdDb::kForRead);
+    ASSERT_FALSE(group.isNull());
+    EXPECT_EQ(group->isSelectable(), selectable);
+    EXPECT_EQ(group->description(), OdString(selectable ? OD_T("picked") : OD_T("passed over")));
+  }
 }
 
 // Strings of AC1021 and later are UTF-8; older files hold one byte per character.

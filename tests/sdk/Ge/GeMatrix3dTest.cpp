@@ -219,6 +219,13 @@ TEST(GeMatrix3d, ShapePredicates) {
     EXPECT_NEAR(c.m.scale(), c.scale, kEps) << c.name;
   }
   EXPECT_DOUBLE_EQ(OdGeMatrix3d::translation(OdGeVector3d(3, -7, 2)).norm(), 7.0);
+  // Anything in the bottom row but 0 0 0 1 makes a projection.
+  EXPECT_FALSE(rotation.isPerspective());
+  for (int column = 0; column < 4; ++column) {
+    OdGeMatrix3d projection;
+    projection.entry[3][column] += 0.5;
+    EXPECT_TRUE(projection.isPerspective()) << column;
+  }
 }
 
 } // namespace
