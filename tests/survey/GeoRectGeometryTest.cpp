@@ -113,6 +113,8 @@ TEST(GeoRectGeometry, GripsAndStretchPointsMoveTheCornersEachTheirOwnWay) {
       {"edge P0-P1", false, {0, 1}, {{1, 1, 0}, {11, 1, 0}, {11, 6, 0}, {1, 6, 0}}},
       {"edge P1-P0", false, {1, 0}, {{1, 1, 0}, {11, 1, 0}, {11, 6, 0}, {1, 6, 0}}},
       {"edge P3-P0", false, {3, 0}, {{2, 2, 0}, {11, 2, 0}, {11, 6, 0}, {2, 6, 0}}},
+      {"edge P1-P2", false, {1, 2}, {{1, 2, 0}, {12, 2, 0}, {12, 6, 0}, {1, 6, 0}}},
+      {"edge P2-P3", false, {2, 3}, {{1, 2, 0}, {11, 2, 0}, {11, 5, 0}, {1, 5, 0}}},
       // A diagonal or a repeated index drags the first corner by the full offset.
       {"diagonal", false, {0, 2}, {{2, 1, 0}, {11, 1, 0}, {11, 6, 0}, {2, 6, 0}}},
       {"repeated", false, {2, 2}, {{1, 2, 0}, {12, 2, 0}, {12, 5, 0}, {1, 5, 0}}},
