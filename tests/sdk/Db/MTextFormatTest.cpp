@@ -55,6 +55,7 @@ TEST(MTextFormat, CodesResolveToPlainText) {
       {"\\Habc;x", "\\Habc;x"},
       {"\\C300;x", "\\C300;x"},
       {"\\C1x;x", "\\C1x;x"},
+      {"\\H2\u0135;x", "\\H2\u0135;x"}, // U+0135 is no digit, whatever its low byte
       {"\\fArial", "\\fArial"},
       {"\\H2\nb;", "\\H2\r\nb;"},          // a value cannot run over a break
       {"\\fArial\\Pb;", "\\fArial\r\nb;"}, // nor over another code
