@@ -104,67 +104,56 @@ TEST_F(EntEditTextOperTest, RegistrationAndRemovalKeyOnThePickCommitPair) {
   EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickLeft, commitAccept, nullptr));
 }
 
-TEST_F(EntEditTextOperTest, PickAsksCallbacksInOrderUntilOneFindsText) {
-  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, nullptr);
+TEST_F(EntEditTextOperTest, HostAsksTheCallbacksInRegistrationOrder) {
+  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, showA);
   EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, nullptr);
-  EntEditTextOper::addEditTextOper(&pickAll, commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(&pickAll, commitRefuse, showB);
   HostTestEntityPtr text = HostTestEntity::createObject();
   g_pickedText = text;
+  const auto calls = [] {
+    const std::string seen = g_calls;
+    g_calls.clear();
+    return seen;
+  };
 
+  // Pick and commit stop at the first callback that answers.
   OdSmartPtr<OdDbEntity> found;
   int kind = 0;
   EXPECT_TRUE(EntEditTextOper::pickText(entity, OdGePoint3d(-1, 0, 0), found, kind));
-  EXPECT_EQ("pickNothing pickLeft ", g_calls);
+  EXPECT_EQ("pickNothing pickLeft ", calls());
   EXPECT_EQ(text.get(), found.get());
   EXPECT_EQ(7, kind);
-
-  g_calls.clear();
   EXPECT_TRUE(EntEditTextOper::pickText(entity, OdGePoint3d(1, 0, 0), found, kind));
-  EXPECT_EQ("pickNothing pickLeft pickAll ", g_calls);
+  EXPECT_EQ("pickNothing pickLeft pickAll ", calls());
   EXPECT_EQ(entity.get(), found.get());
   EXPECT_EQ(9, kind);
+  EXPECT_TRUE(EntEditTextOper::commitText(entity, text, OD_T("新文字"), nullptr));
+  EXPECT_EQ("commitRefuse commitAccept ", calls());
+  EXPECT_EQ(OdString("新文字"), g_committedText);
+  EXPECT_FALSE(EntEditTextOper::commitText(entity, nullptr, OD_T("x"), nullptr));
+  EXPECT_EQ("commitRefuse commitAccept commitRefuse ", calls());
 
-  EntEditTextOper::removeEditTextOper(&pickAll, commitAccept);
-  g_calls.clear();
+  // Show reaches every show callback there is.
+  EntEditTextOper::showText(entity, nullptr, true);
+  EXPECT_EQ("showA showB ", calls());
+  EXPECT_TRUE(g_lastEditing);
+  EntEditTextOper::showText(entity, nullptr, false);
+  EXPECT_EQ("showA showB ", calls());
+  EXPECT_FALSE(g_lastEditing);
+
+  // A null entity is no callback's business.
+  EXPECT_FALSE(EntEditTextOper::pickText(nullptr, OdGePoint3d(), found, kind));
+  EXPECT_FALSE(EntEditTextOper::commitText(nullptr, entity, OD_T("x"), nullptr));
+  EntEditTextOper::showText(nullptr, entity, true);
+  EXPECT_EQ("", calls());
+
+  // When none answers, nothing is filled in.
+  EntEditTextOper::removeEditTextOper(&pickAll, commitRefuse);
   found = nullptr;
   kind = 0;
   EXPECT_FALSE(EntEditTextOper::pickText(entity, OdGePoint3d(1, 0, 0), found, kind));
   EXPECT_TRUE(found.isNull());
   EXPECT_EQ(0, kind);
-}
-
-TEST_F(EntEditTextOperTest, CommitStopsAtTheFirstCallbackThatTakesTheEdit) {
-  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, nullptr);
-  EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, nullptr);
-  EntEditTextOper::addEditTextOper(&pickAll, commitRefuse, nullptr);
-  HostTestEntityPtr text = HostTestEntity::createObject();
-
-  EXPECT_TRUE(EntEditTextOper::commitText(entity, text, OD_T("新文字"), nullptr));
-  EXPECT_EQ("commitRefuse commitAccept ", g_calls);
-  EXPECT_EQ(OdString("新文字"), g_committedText);
-
-  g_calls.clear();
-  EXPECT_FALSE(EntEditTextOper::commitText(entity, nullptr, OD_T("x"), nullptr));
-  EXPECT_EQ("commitRefuse commitAccept commitRefuse ", g_calls);
-}
-
-TEST_F(EntEditTextOperTest, ShowReachesEveryRegisteredShowCallbackAndNullEntitiesNone) {
-  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, showA);
-  EntEditTextOper::addEditTextOper(&pickAll, commitAccept, nullptr);
-  EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, showB);
-  EntEditTextOper::showText(entity, nullptr, true);
-  EXPECT_EQ("showA showB ", g_calls);
-  EXPECT_TRUE(g_lastEditing);
-  EntEditTextOper::showText(entity, nullptr, false);
-  EXPECT_FALSE(g_lastEditing);
-
-  g_calls.clear();
-  OdSmartPtr<OdDbEntity> found;
-  int kind = 0;
-  EXPECT_FALSE(EntEditTextOper::pickText(nullptr, OdGePoint3d(), found, kind));
-  EXPECT_FALSE(EntEditTextOper::commitText(nullptr, entity, OD_T("x"), nullptr));
-  EntEditTextOper::showText(nullptr, entity, true);
-  EXPECT_EQ("", g_calls);
 }
 
 TEST_F(EntEditTextOperTest, CallbackMayUnregisterWhileTheHostAsks) {

@@ -89,16 +89,12 @@ TEST_F(ProfileTest, NamesIgnoreLetterCaseAndTheFirstOccurrenceCounts) {
 }
 
 TEST_F(ProfileTest, WriteCreatesFolderAndFileThenReadsBack) {
-  const fs::path nested = folder / "a" / "b" / "profile.ini";
-  TheApp()->setProfilePath(OdString(nested.string().c_str()));
+  path = folder / "a" / "b" / "profile.ini";
+  TheApp()->setProfilePath(OdString(path.string().c_str()));
   ASSERT_TRUE(TheApp()->WriteProfileInt(OD_T("options"), OD_T("dimAccurity"), 3));
   EXPECT_EQ(3, accuracy());
   ASSERT_TRUE(TheApp()->WriteProfileInt(OD_T("Options"), OD_T("DIMACCURITY"), -12));
-  EXPECT_EQ(-12, accuracy());
-  std::ifstream in(nested, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  EXPECT_EQ("[options]\ndimAccurity=-12\n", bytes.str());
+  EXPECT_EQ("[options]\ndimAccurity=-12\n", readFile());
 }
 
 TEST_F(ProfileTest, WriteKeepsEveryOtherLine) {
