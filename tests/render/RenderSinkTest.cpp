@@ -84,8 +84,8 @@ void expectPrimitive(const std::string& spec, const SvgElement& got) {
 
 using Primitives = std::vector<SvgElement>;
 
-void expectArcOnCircle(const Primitives& p, bool closed, bool startsAtCentre) {
-  const std::string d = p[1].attribute("d");
+void expectArcOnCircle(const SvgElement& path, bool closed, bool startsAtCentre) {
+  const std::string d = path.attribute("d");
   EXPECT_EQ(closed, d.find('Z') != std::string::npos);
   std::vector<double> n = numbersIn(d);
   ASSERT_GE(n.size(), 8u);
@@ -97,13 +97,6 @@ void expectArcOnCircle(const Primitives& p, bool closed, bool startsAtCentre) {
   expectNumbers({46, 30, 30, 14}, {n[0], n[1], n[n.size() - 2], n.back()});
   for (std::size_t i = 0; i + 1 < n.size(); i += 2)
     EXPECT_NEAR(16.0, std::hypot(n[i] - 30.0, n[i + 1] - 30.0), 1e-3);
-}
-
-std::function<void(OdGiWorldDraw*)> arc(OdGiArcType type) {
-  return [type](OdGiWorldDraw* draw) {
-    draw->geometry().circularArc(OdGePoint3d(10, 10, 0), 8.0, OdGeVector3d::kZAxis,
-                                 OdGeVector3d::kXAxis, kPi / 2, type);
-  };
 }
 
 TEST(RenderSink, EachPrimitiveBecomesItsSvgElement) {
@@ -155,18 +148,18 @@ TEST(RenderSink, EachPrimitiveBecomesItsSvgElement) {
          EXPECT_NEAR(10.0, widest, 0.01);
          EXPECT_NEAR(5.0, tallest, 0.3);
        }},
-      {"simple arc",
-       arc(kOdGiArcSimple),
-       {"path"},
-       [](const Primitives& p) { expectArcOnCircle(p, false, false); }},
-      {"sector",
-       arc(kOdGiArcSector),
-       {"path"},
-       [](const Primitives& p) { expectArcOnCircle(p, true, true); }},
-      {"chord",
-       arc(kOdGiArcChord),
-       {"path"},
-       [](const Primitives& p) { expectArcOnCircle(p, true, false); }},
+      {"simple arc, sector and chord",
+       geometry([](OdGiGeometry& g) {
+         for (OdGiArcType type : {kOdGiArcSimple, kOdGiArcSector, kOdGiArcChord})
+           g.circularArc(OdGePoint3d(10, 10, 0), 8.0, OdGeVector3d::kZAxis, OdGeVector3d::kXAxis,
+                         kPi / 2, type);
+       }),
+       {"path", "path", "path"},
+       [](const Primitives& p) {
+         expectArcOnCircle(p[1], false, false);
+         expectArcOnCircle(p[2], true, true);
+         expectArcOnCircle(p[3], true, false);
+       }},
       {"three-point circle and collinear arc",
        geometry([](OdGiGeometry& g) {
          g.circle(OdGePoint3d(5, 10, 0), OdGePoint3d(10, 15, 0), OdGePoint3d(15, 10, 0));
