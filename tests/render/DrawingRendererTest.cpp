@@ -40,7 +40,8 @@ protected:
     OdDbLinePtr line = OdDbLine::createObject();
     line->setStartPoint(start);
     line->setEndPoint(end);
-    append(line);
+    OdDbBlockTableRecordPtr space = m_db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
+    space->appendOdDbEntity(line);
     return line;
   }
 
@@ -50,11 +51,6 @@ protected:
     layer->setName(name);
     dress(layer.get());
     return layers->add(layer);
-  }
-
-  void append(OdDbEntity* entity) {
-    OdDbBlockTableRecordPtr space = m_db->getModelSpaceId().safeOpenObject(OdDb::kForWrite);
-    space->appendOdDbEntity(entity);
   }
 
   std::string svg(const RenderOptions& options, RenderResult* result = nullptr) {
