@@ -53,13 +53,15 @@ protected:
 };
 
 TEST_F(PropertyPETest, CommonRowsShowTheEntitysCurrentProperties) {
-  // Each row editable, numbered, of its value's type, and showing what the entity holds.
+  // Each row editable with a tip saying so, numbered, of its value's type, the colour row alone
+  // with the colour picker, and showing what the entity holds.
   const auto rows = [this] {
     std::ostringstream out;
     for (int row = 0; row < 5; ++row) {
       const propAttribute attribute = pe.getPropAttributeByeId(entity, 0, row);
       const OdVariant& value = attribute.value;
-      if (attribute.index != row || !attribute.editable || attribute.reserved)
+      if (attribute.index != row || !attribute.editable || attribute.reserved ||
+          attribute.tip.left(2) != OdString(u"修改") || attribute.editorKind != (row == 0 ? 1 : 0))
         out << "[row " << row << " not an editable row] ";
       if (value.type() == OdVariant::kInt32)
         out << (row == 0 ? std::hex : std::dec) << value.getInt32() << std::dec << " ";
