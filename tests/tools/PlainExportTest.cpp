@@ -10,6 +10,8 @@
 #include "DbDatabase.h"
 #include "DbDxfProxy.h"
 #include "DbHatch.h"
+#include "DbLayerTable.h"
+#include "DbLinetypeTable.h"
 #include "DbLine.h"
 #include "DbPoint.h"
 #include "DbPolyline.h"
@@ -202,6 +204,31 @@ TEST_F(PlainGraphics, EachPrimitiveBecomesItsStandardEntityWithTheSourceProperti
     EXPECT_EQ(pieces, c.pieces);
     EXPECT_EQ(!notes.empty(), c.noted);
   }
+}
+
+TEST_F(PlainGraphics, LayerAndLinetypeTheGraphicsSetAreThoseOfTheSourcesDrawing) {
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  OdDbLayerTableRecordPtr wall = OdDbLayerTableRecord::createObject();
+  wall->setName(OD_T("WALL"));
+  const OdDbObjectId wallId =
+      OdDbLayerTable::cast(db->getLayerTableId().safeOpenObject(OdDb::kForWrite))->add(wall);
+  OdDbLinetypeTableRecordPtr dashed = OdDbLinetypeTableRecord::createObject();
+  dashed->setName(OD_T("DASHED"));
+  const OdDbObjectId dashedId =
+      OdDbLinetypeTable::cast(db->getLinetypeTableId().safeOpenObject(OdDb::kForWrite))
+          ->add(dashed);
+  OdDbLinePtr source = OdDbLine::createObject();
+  source->setDatabaseDefaults(db);
+  OdGiRecorder recorder;
+  const OdGePoint3d segment[2] = {OdGePoint3d(0, 0, 0), OdGePoint3d(1, 0, 0)};
+  recorder.setLayer(wallId);
+  recorder.setLineType(dashedId);
+  recorder.polyline(2, segment);
+  std::vector<std::string> notes;
+  const OdRxObjectPtrArray out = entitiesFromGraphics(recorder.records(), source.get(), notes);
+  ASSERT_EQ(out.size(), 1u);
+  EXPECT_EQ(OdDbEntity::cast(out[0].get())->layerId(), wallId);
+  EXPECT_EQ(OdDbEntity::cast(out[0].get())->linetypeId(), dashedId);
 }
 
 // --- Whole drawings -------------------------------------------------------------------------

@@ -126,6 +126,7 @@ TEST(PropertyValues, DoublesPrintWithTheDigitsThatGiveThemBack) {
   }
   EXPECT_EQ(formatDouble(120.0), "120");
   EXPECT_EQ(formatDouble(0.1), "0.1");
+  EXPECT_EQ(formatDouble(0.00001), "0.00001");
   EXPECT_EQ(formatDouble(std::nan("")), "nan");
   EXPECT_EQ(formatDouble(-std::numeric_limits<double>::infinity()), "-inf");
 }
