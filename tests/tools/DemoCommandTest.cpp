@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -21,11 +20,7 @@ using namespace custents::sample;
 /// Keeps the module loaded around an in-process test.
 class SampleDrawingTest : public ::testing::Test {
 protected:
-  void SetUp() override {
-    session = std::make_unique<ModuleSession>(std::string(CUSTENTS_BIN_DIR) + "/CustEnts.tx");
-  }
-  void TearDown() override { session.reset(); }
-  std::unique_ptr<ModuleSession> session;
+  ModuleSession session{std::string(CUSTENTS_BIN_DIR) + "/CustEnts.tx"};
 };
 
 TEST(SampleGeometry, DegenerateShapesAreRefused) {

@@ -265,16 +265,12 @@ std::vector<std::string> piecesIn(OdDbObjectId blockId) {
   return pieces;
 }
 
-OdDbObjectId addBlock(OdDbDatabase* db, const OdString& name) {
-  OdDbBlockTableRecordPtr block = OdDbBlockTableRecord::createObject();
-  block->setName(name);
-  OdDbSymbolTablePtr table = db->getBlockTableId().safeOpenObject(OdDb::kForWrite);
-  return table->add(block.get());
-}
-
 TEST_F(PlainExport, KeptProxiesBecomeTheirGraphicsInTheirOwnBlock) {
   OdDbDatabasePtr db = OdDbDatabase::createObject();
-  const OdDbObjectId block = addBlock(db.get(), OD_T("WIDGETS"));
+  OdDbBlockTableRecordPtr widgets = OdDbBlockTableRecord::createObject();
+  widgets->setName(OD_T("WIDGETS"));
+  const OdDbObjectId block =
+      OdDbSymbolTable::cast(db->getBlockTableId().safeOpenObject(OdDb::kForWrite))->add(widgets);
   for (OdDbObjectId owner : {db->getModelSpaceId(), db->getPaperSpaceId(), block})
     addProxy(owner, segmentGraphics());
 
