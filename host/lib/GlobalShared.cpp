@@ -106,7 +106,6 @@ struct TemplateStyle {
 struct LoadedTemplate {
   std::filesystem::file_time_type modified;
   std::uintmax_t size = 0;
-  bool readable = false;
   std::vector<TemplateStyle> styles;
 };
 
@@ -164,10 +163,8 @@ const LoadedTemplate* loadTemplate(const std::string& path) {
   loaded.size = size;
   try {
     OdDbDatabasePtr database;
-    if (odDbReadDxf(OdString::fromUtf8(path), database) == eOk && !database.isNull()) {
+    if (odDbReadDxf(OdString::fromUtf8(path), database) == eOk && !database.isNull())
       loaded.styles = stylesOf(database.get());
-      loaded.readable = true;
-    }
   } catch (const OdError&) {
     loaded.styles.clear();
   }

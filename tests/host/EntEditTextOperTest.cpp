@@ -15,29 +15,21 @@ OdDbEntity* g_pickedText = nullptr;
 OdString g_committedText;
 bool g_lastEditing = false;
 
-bool pickNothing(OdSmartPtr<OdDbEntity>, const OdGePoint3d&, OdSmartPtr<OdDbEntity>&, int&) {
-  g_calls += "pickNothing ";
-  return false;
-}
-
-// Finds a text only left of x = 0, so the tests can tell which callback answered.
-bool pickLeft(OdSmartPtr<OdDbEntity> entity, const OdGePoint3d& point,
-              OdSmartPtr<OdDbEntity>& textToEdit, int& kind) {
-  g_calls += "pickLeft ";
-  if (point.x >= 0.0)
+// Picks told apart by the kind they answer: 0 finds nothing, 7 finds the test's text only left
+// of x = 0, 9 finds the entity itself anywhere.
+template <int Kind>
+bool pick(OdSmartPtr<OdDbEntity> entity, const OdGePoint3d& point,
+          OdSmartPtr<OdDbEntity>& textToEdit, int& kind) {
+  g_calls += (Kind == 0 ? "pickNothing " : Kind == 7 ? "pickLeft " : "pickAll ");
+  if (Kind == 0 || (Kind == 7 && point.x >= 0.0))
     return false;
-  textToEdit = g_pickedText ? OdSmartPtr<OdDbEntity>(g_pickedText) : entity;
-  kind = 7;
+  textToEdit = Kind == 7 ? OdSmartPtr<OdDbEntity>(g_pickedText) : entity;
+  kind = Kind;
   return true;
 }
-
-bool pickAll(OdSmartPtr<OdDbEntity> entity, const OdGePoint3d&, OdSmartPtr<OdDbEntity>& textToEdit,
-             int& kind) {
-  g_calls += "pickAll ";
-  textToEdit = entity;
-  kind = 9;
-  return true;
-}
+constexpr auto pickNothing = &pick<0>;
+constexpr auto pickLeft = &pick<7>;
+constexpr auto pickAll = &pick<9>;
 
 template <bool Accept>
 bool commit(OdSmartPtr<OdDbEntity>, OdSmartPtr<OdDbEntity> editedText, OdString newText,
@@ -74,58 +66,81 @@ protected:
     entity = HostTestEntity::createObject();
   }
   void TearDown() override {
-    for (auto pick : {&pickNothing, &pickLeft, &pickAll, &pickAndUnregister})
+    for (auto pickOf : {pickNothing, pickLeft, pickAll, &pickAndUnregister})
       for (auto commitOf : {commitRefuse, commitAccept})
-        EntEditTextOper::removeEditTextOper(pick, commitOf, nullptr);
+        EntEditTextOper::removeEditTextOper(pickOf, commitOf, nullptr);
   }
 
   HostTestEntityPtr entity;
 };
 
 TEST_F(EntEditTextOperTest, RegistrationAndRemovalKeyOnThePickCommitPair) {
-  EXPECT_TRUE(EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, showA));
-  EXPECT_FALSE(EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, showB));
+  EXPECT_TRUE(EntEditTextOper::addEditTextOper(pickLeft, commitAccept, showA));
+  EXPECT_FALSE(EntEditTextOper::addEditTextOper(pickLeft, commitAccept, showB));
   // Another commit with the same pick is another registration.
-  EXPECT_TRUE(EntEditTextOper::addEditTextOper(&pickLeft, commitRefuse, nullptr));
+  EXPECT_TRUE(EntEditTextOper::addEditTextOper(pickLeft, commitRefuse, nullptr));
   EXPECT_FALSE(EntEditTextOper::addEditTextOper(nullptr, commitAccept, showA));
-  EXPECT_FALSE(EntEditTextOper::addEditTextOper(&pickAll, nullptr, showA));
+  EXPECT_FALSE(EntEditTextOper::addEditTextOper(pickAll, nullptr, showA));
   EXPECT_EQ(2, EntEditTextOper::count());
   // The show callback of the first registration stayed.
   EntEditTextOper::showText(entity, nullptr, true);
   EXPECT_EQ("showA ", g_calls);
 
   // Removal matches pick and commit only, whatever show is given.
-  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickAll, commitRefuse, showA));
-  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickNothing, commitAccept, showA));
+  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(pickAll, commitRefuse, showA));
+  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(pickNothing, commitAccept, showA));
   EXPECT_EQ(2, EntEditTextOper::count());
-  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(&pickLeft, commitAccept, showB));
-  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(&pickLeft, commitRefuse, nullptr));
+  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(pickLeft, commitAccept, showB));
+  EXPECT_TRUE(EntEditTextOper::removeEditTextOper(pickLeft, commitRefuse, nullptr));
   EXPECT_EQ(0, EntEditTextOper::count());
-  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(&pickLeft, commitAccept, nullptr));
+  EXPECT_FALSE(EntEditTextOper::removeEditTextOper(pickLeft, commitAccept, nullptr));
 }
 
-TEST_F(EntEditTextOperTest, PickAsksCallbacksInOrderUntilOneFindsText) {
-  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, nullptr);
-  EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, nullptr);
-  EntEditTextOper::addEditTextOper(&pickAll, commitAccept, nullptr);
+TEST_F(EntEditTextOperTest, HostAsksTheCallbacksInRegistrationOrder) {
+  EntEditTextOper::addEditTextOper(pickNothing, commitRefuse, showA);
+  EntEditTextOper::addEditTextOper(pickLeft, commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(pickAll, commitRefuse, showB);
   HostTestEntityPtr text = HostTestEntity::createObject();
   g_pickedText = text;
+  const auto calls = [] {
+    const std::string seen = g_calls;
+    g_calls.clear();
+    return seen;
+  };
 
+  // Pick and commit stop at the first callback that answers.
   OdSmartPtr<OdDbEntity> found;
   int kind = 0;
   EXPECT_TRUE(EntEditTextOper::pickText(entity, OdGePoint3d(-1, 0, 0), found, kind));
-  EXPECT_EQ("pickNothing pickLeft ", g_calls);
+  EXPECT_EQ("pickNothing pickLeft ", calls());
   EXPECT_EQ(text.get(), found.get());
   EXPECT_EQ(7, kind);
-
-  g_calls.clear();
   EXPECT_TRUE(EntEditTextOper::pickText(entity, OdGePoint3d(1, 0, 0), found, kind));
-  EXPECT_EQ("pickNothing pickLeft pickAll ", g_calls);
+  EXPECT_EQ("pickNothing pickLeft pickAll ", calls());
   EXPECT_EQ(entity.get(), found.get());
   EXPECT_EQ(9, kind);
+  EXPECT_TRUE(EntEditTextOper::commitText(entity, text, OD_T("新文字"), nullptr));
+  EXPECT_EQ("commitRefuse commitAccept ", calls());
+  EXPECT_EQ(OdString("新文字"), g_committedText);
+  EXPECT_FALSE(EntEditTextOper::commitText(entity, nullptr, OD_T("x"), nullptr));
+  EXPECT_EQ("commitRefuse commitAccept commitRefuse ", calls());
 
-  EntEditTextOper::removeEditTextOper(&pickAll, commitAccept);
-  g_calls.clear();
+  // Show reaches every show callback there is.
+  EntEditTextOper::showText(entity, nullptr, true);
+  EXPECT_EQ("showA showB ", calls());
+  EXPECT_TRUE(g_lastEditing);
+  EntEditTextOper::showText(entity, nullptr, false);
+  EXPECT_EQ("showA showB ", calls());
+  EXPECT_FALSE(g_lastEditing);
+
+  // A null entity is no callback's business.
+  EXPECT_FALSE(EntEditTextOper::pickText(nullptr, OdGePoint3d(), found, kind));
+  EXPECT_FALSE(EntEditTextOper::commitText(nullptr, entity, OD_T("x"), nullptr));
+  EntEditTextOper::showText(nullptr, entity, true);
+  EXPECT_EQ("", calls());
+
+  // When none answers, nothing is filled in.
+  EntEditTextOper::removeEditTextOper(pickAll, commitRefuse);
   found = nullptr;
   kind = 0;
   EXPECT_FALSE(EntEditTextOper::pickText(entity, OdGePoint3d(1, 0, 0), found, kind));
@@ -133,43 +148,9 @@ TEST_F(EntEditTextOperTest, PickAsksCallbacksInOrderUntilOneFindsText) {
   EXPECT_EQ(0, kind);
 }
 
-TEST_F(EntEditTextOperTest, CommitStopsAtTheFirstCallbackThatTakesTheEdit) {
-  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, nullptr);
-  EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, nullptr);
-  EntEditTextOper::addEditTextOper(&pickAll, commitRefuse, nullptr);
-  HostTestEntityPtr text = HostTestEntity::createObject();
-
-  EXPECT_TRUE(EntEditTextOper::commitText(entity, text, OD_T("新文字"), nullptr));
-  EXPECT_EQ("commitRefuse commitAccept ", g_calls);
-  EXPECT_EQ(OdString("新文字"), g_committedText);
-
-  g_calls.clear();
-  EXPECT_FALSE(EntEditTextOper::commitText(entity, nullptr, OD_T("x"), nullptr));
-  EXPECT_EQ("commitRefuse commitAccept commitRefuse ", g_calls);
-}
-
-TEST_F(EntEditTextOperTest, ShowReachesEveryRegisteredShowCallbackAndNullEntitiesNone) {
-  EntEditTextOper::addEditTextOper(&pickNothing, commitRefuse, showA);
-  EntEditTextOper::addEditTextOper(&pickAll, commitAccept, nullptr);
-  EntEditTextOper::addEditTextOper(&pickLeft, commitAccept, showB);
-  EntEditTextOper::showText(entity, nullptr, true);
-  EXPECT_EQ("showA showB ", g_calls);
-  EXPECT_TRUE(g_lastEditing);
-  EntEditTextOper::showText(entity, nullptr, false);
-  EXPECT_FALSE(g_lastEditing);
-
-  g_calls.clear();
-  OdSmartPtr<OdDbEntity> found;
-  int kind = 0;
-  EXPECT_FALSE(EntEditTextOper::pickText(nullptr, OdGePoint3d(), found, kind));
-  EXPECT_FALSE(EntEditTextOper::commitText(nullptr, entity, OD_T("x"), nullptr));
-  EntEditTextOper::showText(nullptr, entity, true);
-  EXPECT_EQ("", g_calls);
-}
-
 TEST_F(EntEditTextOperTest, CallbackMayUnregisterWhileTheHostAsks) {
   EntEditTextOper::addEditTextOper(&pickAndUnregister, commitRefuse, nullptr);
-  EntEditTextOper::addEditTextOper(&pickAll, commitAccept, nullptr);
+  EntEditTextOper::addEditTextOper(pickAll, commitAccept, nullptr);
   OdSmartPtr<OdDbEntity> found;
   int kind = 0;
   EXPECT_TRUE(EntEditTextOper::pickText(entity, OdGePoint3d(), found, kind));

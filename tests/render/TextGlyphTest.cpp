@@ -42,14 +42,18 @@ ScriptedEntityPtr textEntity(const std::string& utf8, double widthFactor) {
 
 /// The text alone in a picture fitted to its extents: the text's box is the picture less the
 /// margin on every side.
-PngPixels renderText(const std::string& utf8, double widthFactor, const std::string& family) {
+DrawingRenderer textRenderer(const std::string& family) {
   RenderOptions options;
   options.pixelsPerUnit = kPixelsPerUnit;
   options.margin = kMargin;
   options.fontFamily = family;
+  return DrawingRenderer(options);
+}
+
+PngPixels renderText(const std::string& utf8, double widthFactor, const std::string& family) {
   ScriptedEntityPtr entity = textEntity(utf8, widthFactor);
   const std::string path = temporaryPath("text.png");
-  const RenderResult result = DrawingRenderer(options).renderPng({entity.get()}, path);
+  const RenderResult result = textRenderer(family).renderPng({entity.get()}, path);
   EXPECT_TRUE(result.ok) << result.error;
   PngPixels pixels;
   EXPECT_TRUE(readPngPixels(path, pixels)) << path;
@@ -120,13 +124,9 @@ TEST(TextGlyphs, InkFillsTheMetricBoxAndStaysInIt) {
 
     // The SVG carries the text, the chosen family before the CJK fallback, and the box length
     // in an unscaled frame; the capitals are the text's 40 pixels tall in the chosen font.
-    RenderOptions options;
-    options.pixelsPerUnit = kPixelsPerUnit;
-    options.margin = kMargin;
-    options.fontFamily = c.family;
     ScriptedEntityPtr entity = textEntity(c.text, 1.0);
     std::string svg;
-    ASSERT_TRUE(DrawingRenderer(options).svgDocument({entity.get()}, svg).ok);
+    ASSERT_TRUE(textRenderer(c.family).svgDocument({entity.get()}, svg).ok);
     const std::string families = svgElement(svg, "g").attribute("font-family");
     EXPECT_EQ(0u, families.find("'" + std::string(c.family) + "'")) << families;
     EXPECT_NE(std::string::npos, families.find("'WenQuanYi Micro Hei'")) << families;

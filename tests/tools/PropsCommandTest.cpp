@@ -7,6 +7,7 @@
 #include "tools/ToolRunner.h"
 
 #include "OdVariant.h"
+#include "PropertyPE.h"
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
@@ -32,77 +33,73 @@ protected:
     ASSERT_TRUE(pages.IsArray());
   }
 
-  /// The pages of one class, in drawing order.
-  static std::vector<const rapidjson::Value*> pagesOf(const std::string& cls) {
-    std::vector<const rapidjson::Value*> found;
-    for (const auto& page : pages.GetArray())
-      if (str(page["class"]) == cls)
-        found.push_back(&page);
-    return found;
-  }
-
   static rapidjson::Document pages;
 };
 
 rapidjson::Document PropsJson::pages;
 
-TEST_F(PropsJson, ListsEveryEntityOfTheSampleDrawingInOrder) {
-  // The same drawing built here, read back through the platform alone.
-  std::vector<std::pair<std::string, std::string>> expected;
+/// One row or group header as text, so that a page reads as a list of lines.
+std::string line(int index, const std::string& label, const std::string& tip,
+                 const std::string& type, bool editable, int editorKind) {
+  return std::to_string(index) + " " + label + " " + tip + " " + type + " editor " +
+         std::to_string(editorKind) + (editable ? " editable" : "");
+}
+
+TEST_F(PropsJson, ListsEveryEntityOfTheSampleDrawingWithItsExtensionsPage) {
+  // The same drawing built here, its pages read straight from the entities' own extensions.
+  std::vector<std::string> expected, listed;
   {
     ModuleSession session(kModulePath);
     OdDbDatabasePtr db = custents::sample::buildSampleDrawing();
-    for (const OdDbEntityPtr& entity : custents::sample::modelSpaceEntities(db.get()))
-      expected.emplace_back(entity->isA()->name().toUtf8(), entity->getDbHandle().ascii().toUtf8());
+    for (const OdDbEntityPtr& entity : custents::sample::modelSpaceEntities(db.get())) {
+      expected.push_back(entity->isA()->name().toUtf8() + " " +
+                         entity->getDbHandle().ascii().toUtf8());
+      const PropertyPEPtr pe = PropertyPE::cast(entity->isA()->getX(PropertyPE::desc()));
+      for (int g = 0; !pe.isNull() && g < pe->getPropertyCount(); ++g) {
+        const entityProperty group = pe->getPropertyByeId(entity, g);
+        expected.push_back(line(group.flag, group.name.toUtf8(), "", "", false, group.count));
+        for (int r = 0; r < group.count; ++r) {
+          const propAttribute row = pe->getPropAttributeByeId(entity, g, r);
+          expected.push_back(line(row.index, row.name.toUtf8(), row.tip.toUtf8(),
+                                  OdVariant::typeName(row.value.varType()).toUtf8(), row.editable,
+                                  row.editorKind));
+        }
+      }
+    }
   }
-  ASSERT_EQ(pages.Size(), expected.size());
-  for (rapidjson::SizeType i = 0; i < pages.Size(); ++i) {
-    EXPECT_EQ(str(pages[i]["class"]), expected[i].first) << i;
-    EXPECT_EQ(str(pages[i]["handle"]), expected[i].second) << i;
-    EXPECT_FALSE(pages[i].HasMember("error")) << str(pages[i]["error"]);
+  for (const auto& page : pages.GetArray()) {
+    EXPECT_FALSE(page.HasMember("error")) << str(page["error"]);
+    listed.push_back(str(page["class"]) + " " + str(page["handle"]));
+    if (str(page["extension"]) == "PropertyPE")
+      continue; // the host's common page, below
+    for (const auto& group : page["groups"].GetArray()) {
+      listed.push_back(line(group["flag"].GetInt(), str(group["caption"]), "", "", false,
+                            group["count"].GetInt()));
+      for (const auto& row : group["rows"].GetArray())
+        listed.push_back(line(row["index"].GetInt(), str(row["label"]), str(row["tip"]),
+                              str(row["valueType"]), row["editable"].GetBool(),
+                              row["editorKind"].GetInt()));
+    }
   }
+  EXPECT_EQ(listed, expected);
 }
 
-TEST_F(PropsJson, GroupsAndRowsCarryEveryFieldOfThePage) {
-  const std::vector<const rapidjson::Value*> rects = pagesOf("OdDbGeoRect");
-  ASSERT_FALSE(rects.empty());
-  const rapidjson::Value& groups = (*rects[0])["groups"];
-  ASSERT_EQ(groups.Size(), 2u);
-  EXPECT_EQ(str(groups[0]["caption"]), "常规");
-  EXPECT_EQ(groups[0]["count"].GetInt(), 5);
-  EXPECT_EQ(str(groups[1]["caption"]), "几何图形");
-  EXPECT_EQ(groups[1]["flag"].GetInt(), 1);
-  EXPECT_EQ(groups[1]["count"].GetInt(), 4);
-  const rapidjson::Value& rows = groups[1]["rows"];
-  ASSERT_EQ(rows.Size(), 4u);
-  const char* labels[] = {"长", "宽", "周长", "面积"};
-  for (rapidjson::SizeType i = 0; i < 4; ++i) {
-    EXPECT_EQ(str(rows[i]["label"]), labels[i]);
-    EXPECT_EQ(rows[i]["index"].GetInt(), static_cast<int>(i));
-    EXPECT_EQ(rows[i]["editable"].GetBool(), i < 2) << labels[i];
-    EXPECT_EQ(str(rows[i]["tip"]), std::string(i < 2 ? "修改矩形的" : "查看矩形的") + labels[i]);
-    EXPECT_EQ(str(rows[i]["valueType"]), "Double");
-    EXPECT_EQ(rows[i]["editorKind"].GetInt(), 0);
-    EXPECT_TRUE(rows[i]["value"].IsNumber());
-  }
-}
-
-TEST_F(PropsJson, EntitiesWithoutAnExtensionGetTheCommonGroup) {
-  std::vector<const rapidjson::Value*> plain = pagesOf("OdDbMesuarData");
-  const std::vector<const rapidjson::Value*> hatches = pagesOf("OdDbHatch");
-  ASSERT_EQ(plain.size(), 1u);
-  ASSERT_EQ(hatches.size(), 2u);
-  plain.insert(plain.end(), hatches.begin(), hatches.end());
-  for (const rapidjson::Value* page : plain) {
-    EXPECT_EQ(str((*page)["extension"]), "PropertyPE");
-    EXPECT_EQ(str((*page)["name"]), str((*page)["class"]));
-    const auto& groups = (*page)["groups"];
+TEST_F(PropsJson, EntitiesWithoutAnExtensionGetTheHostsCommonGroup) {
+  std::vector<std::string> plain;
+  for (const auto& page : pages.GetArray()) {
+    if (str(page["extension"]) != "PropertyPE")
+      continue;
+    plain.push_back(str(page["class"]));
+    EXPECT_EQ(str(page["name"]), str(page["class"]));
+    const auto& groups = page["groups"];
     ASSERT_EQ(groups.Size(), 1u);
     ASSERT_EQ(groups[0]["rows"].Size(), 5u);
     const auto& color = groups[0]["rows"][0];
     EXPECT_EQ(color["editorKind"].GetInt(), 1);
     EXPECT_TRUE(color["value"].IsInt64());
   }
+  EXPECT_EQ(plain,
+            (std::vector<std::string>{"OdDbHatch", "OdDbHatch", "OdDbMesuarData", "OdDbMText"}));
 }
 
 TEST_F(PropsJson, TextOutputShowsEveryEntityAndItsRows) {
@@ -129,6 +126,7 @@ TEST(PropertyValues, DoublesPrintWithTheDigitsThatGiveThemBack) {
   }
   EXPECT_EQ(formatDouble(120.0), "120");
   EXPECT_EQ(formatDouble(0.1), "0.1");
+  EXPECT_EQ(formatDouble(0.00001), "0.00001");
   EXPECT_EQ(formatDouble(std::nan("")), "nan");
   EXPECT_EQ(formatDouble(-std::numeric_limits<double>::infinity()), "-inf");
 }

@@ -1,10 +1,16 @@
+// The host application object: profile settings in a file and one settings object per drawing.
+
 #include "BrevantApp.h"
+
+#include "DbDatabase.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <sstream>
 #include <string>
 
@@ -89,16 +95,12 @@ TEST_F(ProfileTest, NamesIgnoreLetterCaseAndTheFirstOccurrenceCounts) {
 }
 
 TEST_F(ProfileTest, WriteCreatesFolderAndFileThenReadsBack) {
-  const fs::path nested = folder / "a" / "b" / "profile.ini";
-  TheApp()->setProfilePath(OdString(nested.string().c_str()));
+  path = folder / "a" / "b" / "profile.ini";
+  TheApp()->setProfilePath(OdString(path.string().c_str()));
   ASSERT_TRUE(TheApp()->WriteProfileInt(OD_T("options"), OD_T("dimAccurity"), 3));
   EXPECT_EQ(3, accuracy());
   ASSERT_TRUE(TheApp()->WriteProfileInt(OD_T("Options"), OD_T("DIMACCURITY"), -12));
-  EXPECT_EQ(-12, accuracy());
-  std::ifstream in(nested, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  EXPECT_EQ("[options]\ndimAccurity=-12\n", bytes.str());
+  EXPECT_EQ("[options]\ndimAccurity=-12\n", readFile());
 }
 
 TEST_F(ProfileTest, WriteKeepsEveryOtherLine) {
@@ -163,6 +165,38 @@ TEST_F(ProfileTest, DefaultPathComesFromTheEnvironment) {
 
   if (savedProfile)
     setenv("CUSTENTS_PROFILE", saved.c_str(), 1);
+}
+
+// --- Drawing settings -------------------------------------------------------------------------
+
+TEST(DrawingSettingsTest, OneObjectPerDrawingWhoseScaleIsItsDimscale) {
+  OdDbDatabasePtr first = OdDbDatabase::createObject();
+  OdDbDatabasePtr second = OdDbDatabase::createObject();
+  CDrawingSettings* settings = TheApp()->GetDrawingSettings(first.get());
+  ASSERT_NE(nullptr, settings);
+  EXPECT_EQ(settings, TheApp()->GetDrawingSettings(first.get()));
+  EXPECT_NE(settings, TheApp()->GetDrawingSettings(second.get()));
+  EXPECT_EQ(nullptr, TheApp()->GetDrawingSettings(nullptr));
+
+  // The scale is the drawing's DIMSCALE.
+  EXPECT_EQ(1.0, settings->GetCurrentScale());
+  first->setDIMSCALE(100.0);
+  EXPECT_EQ(100.0, settings->GetCurrentScale());
+  EXPECT_TRUE(settings->SetCurrentScale(50.0));
+  EXPECT_EQ(50.0, first->getDIMSCALE());
+  EXPECT_EQ(1.0, second->getDIMSCALE());
+
+  const double refused[] = {0.0, -1.0, std::numeric_limits<double>::quiet_NaN(),
+                            std::numeric_limits<double>::infinity()};
+  for (double scale : refused) {
+    SCOPED_TRACE(scale);
+    EXPECT_FALSE(settings->SetCurrentScale(scale));
+    EXPECT_EQ(50.0, first->getDIMSCALE());
+  }
+
+  CDrawingSettings detached(nullptr);
+  EXPECT_EQ(1.0, detached.GetCurrentScale());
+  EXPECT_FALSE(detached.SetCurrentScale(2.0));
 }
 
 } // namespace
