@@ -22,91 +22,52 @@
 
 namespace {
 
-// One read of each kind; each either consumes at least one bit or fails.
-void readOne(OdDbDwgStreamFiler& filer, unsigned op) {
-  switch (op) {
-  case 0:
-    filer.rdBool();
-    break;
-  case 1:
-    filer.rdString();
-    break;
-  case 2: {
-    // A count read from the data, bounded by what is left before anything is sized by it.
-    const OdUInt32 count = static_cast<OdUInt16>(filer.rdInt16());
-    if (filer.filerStatus() != eOk || count == 0 || count > filer.remainingDataBits() / 8)
-      break;
-    std::vector<OdUInt8> buffer(count);
-    filer.rdBytes(buffer.data(), count);
-    break;
-  }
-  case 3:
-    filer.rdInt8();
-    break;
-  case 4:
-    filer.rdUInt8();
-    break;
-  case 5:
-    filer.rdInt16();
-    break;
-  case 6:
-    filer.rdInt32();
-    break;
-  case 7:
-    filer.rdInt64();
-    break;
-  case 8:
-    filer.rdDouble();
-    break;
-  case 9:
-    filer.rdDbHandle();
-    break;
-  case 10:
-    filer.rdSoftOwnershipId();
-    break;
-  case 11:
-    filer.rdHardOwnershipId();
-    break;
-  case 12:
-    filer.rdHardPointerId();
-    break;
-  case 13:
-    filer.rdSoftPointerId();
-    break;
-  case 14:
-    filer.rdPoint2d();
-    break;
-  case 15:
-    filer.rdPoint3d();
-    break;
-  case 16:
-    filer.rdVector2d();
-    break;
-  case 17:
-    filer.rdVector3d();
-    break;
-  case 18:
-    filer.rdScale3d();
-    break;
-  case 19: {
-    OdCmColor color;
-    filer.rdCmColor(color);
-    break;
-  }
-  default: {
-    // Seeks back and forth must keep the position inside the stream.
-    const OdUInt64 at = filer.tell();
-    filer.seek(-1, OdDb::kSeekFromEnd);
-    filer.seek(static_cast<OdInt64>(at), OdDb::kSeekFromStart);
-    if (filer.tell() > filer.dataBitSize())
-      std::abort();
-    filer.rdBool();
-    break;
-  }
-  }
-}
+using Filer = OdDbDwgStreamFiler;
 
-constexpr unsigned kOperations = 21;
+// One read of each kind; each either consumes at least one bit or fails.
+void (*const kReads[])(Filer&) = {
+    [](Filer& f) { f.rdBool(); },
+    [](Filer& f) { f.rdString(); },
+    [](Filer& f) {
+      // A count read from the data, bounded by what is left before anything is sized by it.
+      const OdUInt32 count = static_cast<OdUInt16>(f.rdInt16());
+      if (f.filerStatus() != eOk || count == 0 || count > f.remainingDataBits() / 8)
+        return;
+      std::vector<OdUInt8> buffer(count);
+      f.rdBytes(buffer.data(), count);
+    },
+    [](Filer& f) { f.rdInt8(); },
+    [](Filer& f) { f.rdUInt8(); },
+    [](Filer& f) { f.rdInt16(); },
+    [](Filer& f) { f.rdInt32(); },
+    [](Filer& f) { f.rdInt64(); },
+    [](Filer& f) { f.rdDouble(); },
+    [](Filer& f) { f.rdDbHandle(); },
+    [](Filer& f) { f.rdSoftOwnershipId(); },
+    [](Filer& f) { f.rdHardOwnershipId(); },
+    [](Filer& f) { f.rdHardPointerId(); },
+    [](Filer& f) { f.rdSoftPointerId(); },
+    [](Filer& f) { f.rdPoint2d(); },
+    [](Filer& f) { f.rdPoint3d(); },
+    [](Filer& f) { f.rdVector2d(); },
+    [](Filer& f) { f.rdVector3d(); },
+    [](Filer& f) { f.rdScale3d(); },
+    [](Filer& f) {
+      OdCmColor color;
+      f.rdCmColor(color);
+    },
+    [](Filer& f) {
+      // Seeks back and forth must keep the position inside the stream.
+      const OdUInt64 at = f.tell();
+      f.seek(-1, OdDb::kSeekFromEnd);
+      f.seek(static_cast<OdInt64>(at), OdDb::kSeekFromStart);
+      if (f.tell() > f.dataBitSize())
+        std::abort();
+      f.rdBool();
+    },
+};
+
+constexpr unsigned kOperations = sizeof kReads / sizeof kReads[0];
 
 } // namespace
 
@@ -123,7 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   for (OdUInt64 i = 0; i <= limit && filer.filerStatus() == eOk; ++i) {
     const OdUInt64 before =
         filer.remainingDataBits() + filer.remainingStringBits() + filer.remainingHandleBits();
-    readOne(filer, op);
+    kReads[op](filer);
     const OdUInt64 after =
         filer.remainingDataBits() + filer.remainingStringBits() + filer.remainingHandleBits();
     if (filer.filerStatus() == eOk && after >= before)
