@@ -4,11 +4,7 @@
 #include "DbDatabase.h"
 #include "DbDictionary.h"
 #include "DbPoint.h"
-#include "OdError.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
+#include "sdk/SdkTestSupport.h"
 
 namespace {
 
@@ -45,13 +41,7 @@ TEST(GroupTest, RefusalsChangeNothing) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    OdResult result = eOk;
-    try {
-      c.call();
-    } catch (const OdError& error) {
-      result = error.code();
-    }
-    EXPECT_EQ(c.expected, result);
+    EXPECT_EQ(c.expected, resultOf(c.call));
     OdDbObjectIdArray ids;
     group->allEntityIds(ids);
     EXPECT_EQ(OdDbObjectIdArray{first}, ids);

@@ -10,31 +10,13 @@
 #include "DbPolyline.h"
 #include "DbText.h"
 
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <dirent.h>
-#include <fstream>
-#include <functional>
-#include <sstream>
-#include <string>
 #include <unistd.h>
 #include <vector>
 
 namespace {
-
-std::string readAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-void writeAll(const std::string& path, const std::string& text) {
-  std::ofstream out(path, std::ios::binary);
-  out << text;
-}
 
 /// A fresh directory per test, removed with its files afterwards.
 class DxfFileTest : public ::testing::Test {
@@ -222,9 +204,9 @@ TEST_F(DxfFileTest, StringsAreReadInTheEncodingOfTheirVersion) {
   for (const auto& c : cases) {
     Lines lines = validLines();
     lines[7] = c.version;
-    const Lines text = {"  0", "TEXT",      "  5", "A0", "100", "AcDbEntity", "  8", "0",
-                        "100", "AcDbText",  " 10", "0",  " 20", "0",          " 30", "0",
-                        " 40", "1",         "  1", c.bytes};
+    const Lines text = {"  0", "TEXT", "  5",      "A0",  "100", "AcDbEntity", "  8",
+                        "0",   "100",  "AcDbText", " 10", "0",   " 20",        "0",
+                        " 30", "0",    " 40",      "1",   "  1", c.bytes};
     lines.insert(lines.begin() + 36, text.begin(), text.end());
     writeAll(path("text.dxf"), joined(lines));
     OdDbDatabasePtr db;
@@ -294,20 +276,9 @@ std::string scriptPath() {
   return here.substr(0, here.rfind("/sdk/")) + "/ezdxf/audit_dxf.py";
 }
 
-bool haveEzdxf() {
-  return std::system("/usr/bin/python3 -c 'import ezdxf' >/dev/null 2>&1") == 0;
-}
-
 std::string runChecker(const std::string& args) {
   std::string output;
-  const std::string command = "/usr/bin/python3 '" + scriptPath() + "' " + args + " 2>&1";
-  if (std::FILE* pipe = ::popen(command.c_str(), "r")) {
-    char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-      output.append(buffer, n);
-    ::pclose(pipe);
-  }
+  runCommand("/usr/bin/python3 '" + scriptPath() + "' " + args + " 2>&1", output);
   return output;
 }
 

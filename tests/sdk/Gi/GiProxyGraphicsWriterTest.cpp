@@ -6,17 +6,11 @@
 #include "Ge/GeMatrix3d.h"
 #include "Ge/GeScale3d.h"
 
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
-#include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <map>
-#include <sstream>
-#include <string>
 #include <unistd.h>
 #include <vector>
 
@@ -267,24 +261,15 @@ int runChecker(const OdUInt8Array& data, const std::string& options, std::string
     std::remove(path);
     return -1;
   }
-  const std::string command =
-      std::string(kPython) + " " + checkerPath() + " " + path + " " + options + " 2>/dev/null";
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) {
-    std::remove(path);
-    return -1;
-  }
-  char buffer[4096];
-  std::size_t got = 0;
-  while ((got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-    output.append(buffer, got);
-  const int status = pclose(pipe);
+  const int status = runCommand(std::string(kPython) + " " + checkerPath() + " " + path + " " +
+                                    options + " 2>/dev/null",
+                                output);
   std::remove(path);
   return status;
 }
 
 TEST_F(ProxyWriterTablesTest, EzdxfDecodesWhatWasDrawn) {
-  if (std::system("/usr/bin/python3 -c 'import ezdxf' >/dev/null 2>&1") != 0)
+  if (!haveEzdxf())
     GTEST_SKIP() << "/usr/bin/python3 cannot import ezdxf";
 
   Writer writer(m_db.get());
