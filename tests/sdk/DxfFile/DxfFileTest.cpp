@@ -108,6 +108,10 @@ TEST_F(DxfFileTest, MalformedFilesAreRefusedWithTheLineOfTheFault) {
     section.push_back("ENDSEC");
     return insert(39, section);
   };
+  Lines proxyObject = {"  0", "ACAD_PROXY_OBJECT", "  5", "A0", "330", "0",
+                       "100", "AcDbProxyObject"};
+  proxyObject.insert(proxyObject.end(), {" 90", "499", " 91", "500", " 71", "33", " 97", "0", " 70",
+                                         "0", "161", "0", " 94", "0"});
   const Case cases[] = {
       {"text where a coordinate must be", set(26, "abc"), 26},
       {"coordinate with trailing junk", set(28, "2.0x"), 28},
@@ -144,18 +148,7 @@ TEST_F(DxfFileTest, MalformedFilesAreRefusedWithTheLineOfTheFault) {
        objects(
            {"  0", "DICTIONARY", "  5", "A0", "330", "0", "100", "AcDbDictionary", "  3", "Lost"}),
        51},
-      {"proxy object of a class with no CLASS record", objects({"  0", "ACAD_PROXY_OBJECT",
-                                                                "  5", "A0",
-                                                                "330", "0",
-                                                                "100", "AcDbProxyObject",
-                                                                " 90", "499",
-                                                                " 91", "500",
-                                                                " 71", "33",
-                                                                " 97", "0",
-                                                                " 70", "0",
-                                                                "161", "0",
-                                                                " 94", "0"}),
-       54},
+      {"proxy object of a class with no CLASS record", objects(proxyObject), 54},
   };
   for (const Case& c : cases) {
     Lines lines = validLines();
