@@ -3,13 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace {
 
 const double kEps = 1e-9;
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
 const double kRt2 = std::sqrt(2.0);
 // Bulges of a quarter and of three quarters of a turn.
 const double kQuarter = std::tan(OdaPI / 8.0);

@@ -51,9 +51,6 @@ OdRxObjectPtr RxPeDog::pseudoConstructor() {
 
 typedef OdSmartPtr<RxPeProtocol> ProtocolPtr;
 
-/// A process-wide extension, as modules keep them.
-OdStaticRxObject<RxPeProtocol> g_onRoot(7);
-
 class RxProtocolExtensionTest : public ::testing::Test {
 protected:
   void SetUp() override {
