@@ -108,15 +108,15 @@ TEST(PolylineTest, ExplodedBulgesAreArcsThatChainInThePlane) {
     ASSERT_EQ(eOk, curve->getClosestPointTo(middle, closest));
     expectPoint(middle, closest);
 
-    if (isArc[i]) {
-      OdDbArcPtr piece = OdDbArc::cast(pieces[i].get());
+    // In the polyline's plane, as thick as it.
+    const auto expectPlaneAndThickness = [&](const auto* piece) {
       EXPECT_TRUE(shape->normal().isEqualTo(piece->normal()));
       EXPECT_EQ(0.25, piece->thickness());
-    } else {
-      OdDbLinePtr piece = OdDbLine::cast(pieces[i].get());
-      EXPECT_TRUE(shape->normal().isEqualTo(piece->normal()));
-      EXPECT_EQ(0.25, piece->thickness());
-    }
+    };
+    if (isArc[i])
+      expectPlaneAndThickness(OdDbArc::cast(pieces[i].get()).get());
+    else
+      expectPlaneAndThickness(OdDbLine::cast(pieces[i].get()).get());
   }
 }
 

@@ -56,35 +56,21 @@ TEST(DxfItemFilerTest, MalformedOrOutOfRangeTextIsRefused) {
       {8, "1A", kHandle, false, 0},
       {40, "1", kInt32, false, 0},
   };
+  // The readers in the order of Reader, each giving what it read as a double.
+  const std::function<double(OdDbDxfItemFiler&)> readers[] = {
+      [](OdDbDxfItemFiler& f) { return f.rdBool() ? 1.0 : 0.0; },
+      [](OdDbDxfItemFiler& f) { return double(f.rdInt8()); },
+      [](OdDbDxfItemFiler& f) { return double(f.rdInt16()); },
+      [](OdDbDxfItemFiler& f) { return double(f.rdInt32()); },
+      [](OdDbDxfItemFiler& f) { return double(f.rdInt64()); },
+      [](OdDbDxfItemFiler& f) { return f.rdDouble(); },
+      [](OdDbDxfItemFiler& f) { return double(OdUInt64(f.rdHandle())); }};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.text) + " at " + std::to_string(c.code));
     DxfFiler filer;
     filer.openForRead({{c.code, OdString(c.text)}});
     ASSERT_EQ(c.code, filer.nextItem());
-    double value = -1.0;
-    switch (c.reader) {
-    case kBool:
-      value = filer.rdBool() ? 1.0 : 0.0;
-      break;
-    case kInt8:
-      value = filer.rdInt8();
-      break;
-    case kInt16:
-      value = filer.rdInt16();
-      break;
-    case kInt32:
-      value = filer.rdInt32();
-      break;
-    case kInt64:
-      value = static_cast<double>(filer.rdInt64());
-      break;
-    case kDouble:
-      value = filer.rdDouble();
-      break;
-    case kHandle:
-      value = static_cast<double>(OdUInt64(filer.rdHandle()));
-      break;
-    }
+    const double value = readers[c.reader](filer);
     EXPECT_EQ(c.accepted ? eOk : eInvalidDxfCode, filer.filerStatus());
     EXPECT_EQ(c.value, value);
   }
