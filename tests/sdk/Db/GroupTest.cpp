@@ -23,6 +23,7 @@ TEST(GroupTest, RefusalsChangeNothing) {
   group->append(first);
   OdDbDatabasePtr other = OdDbDatabase::createObject();
   const OdDbObjectId foreign = addPoint(other);
+  const OdDbObjectIdArray repeating{second, second};
   const struct {
     const char* what;
     std::function<void()> call;
@@ -33,11 +34,7 @@ TEST(GroupTest, RefusalsChangeNothing) {
       {"not an entity", [&] { group->append(db->getLayerZeroId()); }, eWrongObjectType},
       {"entity of another drawing", [&] { group->append(foreign); }, eWrongDatabase},
       {"index past the end", [&] { group->insertAt(2, second); }, eInvalidIndex},
-      {"list repeating an id",
-       [&] {
-         group->append(OdDbObjectIdArray{second, second});
-       },
-       eInvalidInput},
+      {"list repeating an id", [&] { group->append(repeating); }, eInvalidInput},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
