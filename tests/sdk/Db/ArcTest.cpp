@@ -1,19 +1,11 @@
 #include "DbArc.h"
 
-#include "DbDwgStreamFiler.h"
-#include "DbDxfItemFiler.h"
-#include "RxObjectImpl.h"
-
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
 #include <cmath>
-#include <limits>
 #include <vector>
 
 namespace {
-
-typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
-typedef OdStaticRxObject<OdDbDxfItemFiler> DxfFiler;
 
 constexpr double kDeg = OdaPI / 180.0;
 
@@ -28,12 +20,6 @@ OdDbArcPtr makeArc(const OdGePoint3d& center, double radius, double startDeg, do
   return arc;
 }
 
-void expectPoint(const OdGePoint3d& expected, const OdGePoint3d& actual, double tol = 1e-9) {
-  EXPECT_NEAR(expected.x, actual.x, tol);
-  EXPECT_NEAR(expected.y, actual.y, tol);
-  EXPECT_NEAR(expected.z, actual.z, tol);
-}
-
 /// The distance from point to the nearest point of the arc.
 double distanceToArc(const OdDbArc* arc, const OdGePoint3d& point) {
   OdGePoint3d closest;
@@ -41,41 +27,28 @@ double distanceToArc(const OdDbArc* arc, const OdGePoint3d& point) {
   return closest.distanceTo(point);
 }
 
+// Sizes and normals no arc can have refuse the stream and leave the arc as it was (values that
+// are no numbers at all are the class contract's check).
 TEST(ArcTest, BadValuesInStreamAreRefused) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  const double inf = std::numeric_limits<double>::infinity();
-  struct Case {
+  const struct {
     const char* name;
-    OdGePoint3d center;
     double radius;
-    double thickness;
     OdGeVector3d normal;
-    double start;
-    double end;
-  };
-  const OdGeVector3d z = OdGeVector3d::kZAxis;
-  const Case cases[] = {
-      {"zero radius", OdGePoint3d(), 0.0, 0.0, z, 0.0, 1.0},
-      {"negative radius", OdGePoint3d(), -2.0, 0.0, z, 0.0, 1.0},
-      {"NaN radius", OdGePoint3d(), nan, 0.0, z, 0.0, 1.0},
-      {"infinite centre", OdGePoint3d(inf, 0.0, 0.0), 1.0, 0.0, z, 0.0, 1.0},
-      {"NaN thickness", OdGePoint3d(), 1.0, nan, z, 0.0, 1.0},
-      {"zero normal", OdGePoint3d(), 1.0, 0.0, OdGeVector3d(0.0, 0.0, 0.0), 0.0, 1.0},
-      {"infinite start angle", OdGePoint3d(), 1.0, 0.0, z, inf, 1.0},
-      {"NaN end angle", OdGePoint3d(), 1.0, 0.0, z, 0.0, nan},
-  };
-  for (const Case& c : cases) {
+  } cases[] = {{"zero radius", 0.0, OdGeVector3d::kZAxis},
+               {"negative radius", -2.0, OdGeVector3d::kZAxis},
+               {"zero normal", 1.0, OdGeVector3d(0.0, 0.0, 0.0)}};
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     OdDbArcPtr blank = OdDbArc::createObject();
-    Filer filer;
+    DwgFiler filer;
     filer.openForWrite();
     blank->OdDbEntity::dwgOutFields(&filer);
-    filer.wrPoint3d(c.center);
+    filer.wrPoint3d(OdGePoint3d());
     filer.wrDouble(c.radius);
-    filer.wrDouble(c.thickness);
+    filer.wrDouble(0.0); // thickness
     filer.wrVector3d(c.normal);
-    filer.wrDouble(c.start);
-    filer.wrDouble(c.end);
+    filer.wrDouble(0.0);
+    filer.wrDouble(1.0);
     filer.rewind();
     OdDbArcPtr arc = makeArc(OdGePoint3d(5.0, 5.0, 0.0), 7.0, 0.0, 90.0);
     EXPECT_EQ(eInvalidInput, arc->dwgInFields(&filer));
@@ -115,7 +88,7 @@ TEST(ArcTest, ParametersRunOverTheSweep) {
   const struct {
     double param;
     bool onArc;
-  } cases[] = {{270 * kDeg, true}, {360 * kDeg, true},  {450 * kDeg, true},
+  } cases[] = {{270 * kDeg, true},  {360 * kDeg, true},  {450 * kDeg, true},
                {260 * kDeg, false}, {460 * kDeg, false}, {std::nan(""), false}};
   for (const auto& c : cases) {
     OdGePoint3d point;
@@ -145,6 +118,13 @@ TEST(ArcTest, MirrorInThePlaneKeepsTheNormalAndSwapsTheEnds) {
 
 TEST(ArcTest, GripsRefitTheArcThroughThreePoints) {
   OdDbArcPtr arc = makeArc(OdGePoint3d(), 2.0, 0.0, 180.0);
+  // Moves that leave no arc change nothing: the midpoint onto the chord puts the three points
+  // on one line.
+  EXPECT_EQ(eInvalidInput, arc->moveGripPointsAt(OdIntArray{1}, OdGeVector3d(0.0, -2.0, 0.0)));
+  EXPECT_EQ(eInvalidIndex, arc->moveGripPointsAt(OdIntArray{0, 4}, OdGeVector3d(1.0, 0.0, 0.0)));
+  EXPECT_EQ(eInvalidIndex, arc->moveGripPointsAt(OdIntArray{-1}, OdGeVector3d(1.0, 0.0, 0.0)));
+  EXPECT_EQ(2.0, arc->radius());
+  EXPECT_EQ(OdGePoint3d(), arc->center());
   OdGePoint3dArray grips;
   ASSERT_EQ(eOk, arc->getGripPoints(grips));
   ASSERT_EQ(4u, grips.size());
@@ -172,16 +152,6 @@ TEST(ArcTest, GripsRefitTheArcThroughThreePoints) {
   const OdGePoint3d center = arc->center();
   ASSERT_EQ(eOk, arc->moveGripPointsAt(OdIntArray{0, 3}, OdGeVector3d(1.0, 1.0, 1.0)));
   expectPoint(center + OdGeVector3d(1.0, 1.0, 1.0), arc->center());
-}
-
-TEST(ArcTest, GripMovesWithoutAnArcAreRefused) {
-  OdDbArcPtr arc = makeArc(OdGePoint3d(), 2.0, 0.0, 180.0);
-  // The midpoint moved onto the chord leaves three points on one line.
-  EXPECT_EQ(eInvalidInput, arc->moveGripPointsAt(OdIntArray{1}, OdGeVector3d(0.0, -2.0, 0.0)));
-  EXPECT_EQ(eInvalidIndex, arc->moveGripPointsAt(OdIntArray{0, 4}, OdGeVector3d(1.0, 0.0, 0.0)));
-  EXPECT_EQ(eInvalidIndex, arc->moveGripPointsAt(OdIntArray{-1}, OdGeVector3d(1.0, 0.0, 0.0)));
-  EXPECT_EQ(2.0, arc->radius());
-  EXPECT_EQ(OdGePoint3d(), arc->center());
 }
 
 } // namespace

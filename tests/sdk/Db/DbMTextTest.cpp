@@ -1,27 +1,10 @@
 #include "DbMText.h"
 
 #include "DbDatabase.h"
-#include "DbDwgStreamFiler.h"
-#include "DbDxfItemFiler.h"
 #include "DbText.h"
-#include "RxObjectImpl.h"
-
-#include <gtest/gtest.h>
-
-#include <limits>
+#include "sdk/SdkTestSupport.h"
 
 namespace {
-
-typedef OdStaticRxObject<OdDbDwgStreamFiler> DwgFiler;
-typedef OdStaticRxObject<OdDbDxfItemFiler> DxfFiler;
-
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-void expectPoint(const OdGePoint3d& expected, const OdGePoint3d& actual, double tol = 1e-9) {
-  EXPECT_NEAR(expected.x, actual.x, tol);
-  EXPECT_NEAR(expected.y, actual.y, tol);
-  EXPECT_NEAR(expected.z, actual.z, tol);
-}
 
 /// Height 3: "ab" is 3.6 long, "abcd" 7.2, baselines 5 apart, the block 9 high.
 OdDbMTextPtr makeMText(const char* contents, OdDbMText::AttachmentPoint attachment,
@@ -131,8 +114,7 @@ TEST(MText, TransformScalesRotatesAndKeepsMirroredTextReadable) {
 
 // The one grip is the location.
 TEST(MText, TheLocationIsTheOnlyGrip) {
-  OdDbMTextPtr text = OdDbMText::createObject();
-  text->setLocation(OdGePoint3d(1, 2, 3));
+  OdDbMTextPtr text = makeMText("ab", OdDbMText::kTopLeft, OdGePoint3d(1, 2, 3));
   OdGePoint3dArray grips;
   ASSERT_EQ(eOk, text->getGripPoints(grips));
   ASSERT_EQ(1u, grips.size());
@@ -145,7 +127,6 @@ TEST(MText, ExplodesIntoOneTextPerLine) {
   OdDbMTextPtr mtext =
       makeMText("ab\\P\\P{\\C1;\\W0.5;abcd}", OdDbMText::kBottomRight, OdGePoint3d(10, 0, 0));
   mtext->setColorIndex(5);
-  mtext->setLinetypeScale(2.0);
   OdDbDatabasePtr db = OdDbDatabase::createObject();
   mtext->setTextStyle(db->getTextStyleStandardId());
   OdRxObjectPtrArray pieces;
@@ -169,7 +150,6 @@ TEST(MText, ExplodesIntoOneTextPerLine) {
     EXPECT_EQ(3.0, text->height());
     EXPECT_EQ(expected[i].widthFactor, text->widthFactor());
     EXPECT_EQ(expected[i].color, text->colorIndex());
-    EXPECT_EQ(2.0, text->linetypeScale());
     EXPECT_EQ(db->getTextStyleStandardId(), text->textStyle());
   }
   // Right attachment: the last line ends at the location.
@@ -182,7 +162,7 @@ TEST(MText, DxfKeepsTheDirection) {
   OdDbMTextPtr mtext = OdDbMText::createObject();
   mtext->setContents(OD_T("a"));
   mtext->setRotation(0.5);
-  OdStaticRxObject<OdDbDxfItemFiler> filer;
+  DxfFiler filer;
   filer.openForWrite();
   mtext->dxfOutFields(&filer);
   filer.rewind();

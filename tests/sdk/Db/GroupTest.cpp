@@ -4,11 +4,7 @@
 #include "DbDatabase.h"
 #include "DbDictionary.h"
 #include "DbPoint.h"
-#include "OdError.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
+#include "sdk/SdkTestSupport.h"
 
 namespace {
 
@@ -27,6 +23,7 @@ TEST(GroupTest, RefusalsChangeNothing) {
   group->append(first);
   OdDbDatabasePtr other = OdDbDatabase::createObject();
   const OdDbObjectId foreign = addPoint(other);
+  const OdDbObjectIdArray repeating{second, second};
   const struct {
     const char* what;
     std::function<void()> call;
@@ -37,21 +34,11 @@ TEST(GroupTest, RefusalsChangeNothing) {
       {"not an entity", [&] { group->append(db->getLayerZeroId()); }, eWrongObjectType},
       {"entity of another drawing", [&] { group->append(foreign); }, eWrongDatabase},
       {"index past the end", [&] { group->insertAt(2, second); }, eInvalidIndex},
-      {"list repeating an id",
-       [&] {
-         group->append(OdDbObjectIdArray{second, second});
-       },
-       eInvalidInput},
+      {"list repeating an id", [&] { group->append(repeating); }, eInvalidInput},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    OdResult result = eOk;
-    try {
-      c.call();
-    } catch (const OdError& error) {
-      result = error.code();
-    }
-    EXPECT_EQ(c.expected, result);
+    EXPECT_EQ(c.expected, resultOf(c.call));
     OdDbObjectIdArray ids;
     group->allEntityIds(ids);
     EXPECT_EQ(OdDbObjectIdArray{first}, ids);

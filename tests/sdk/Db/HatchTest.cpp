@@ -1,11 +1,7 @@
 #include "DbHatch.h"
 
-#include "DbDwgStreamFiler.h"
 #include "Gi/GiRecorder.h"
-#include "RxDictionary.h"
-#include "RxObjectImpl.h"
-
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,8 +9,6 @@
 #include <vector>
 
 namespace {
-
-typedef OdStaticRxObject<OdDbDwgStreamFiler> Filer;
 
 struct V {
   double x;
@@ -103,13 +97,7 @@ std::vector<std::pair<OdGePoint2d, OdGePoint2d>> patternLines(const OdGiRecorder
   return lines;
 }
 
-class HatchTest : public ::testing::Test {
-protected:
-  static void SetUpTestSuite() { odInitialize(); }
-  static void TearDownTestSuite() { odUninitialize(); }
-};
-
-TEST_F(HatchTest, AreaCountsOuterLoopsLessIslands) {
+TEST(HatchTest, AreaCountsOuterLoopsLessIslands) {
   struct LoopSpec {
     OdInt32 type;
     std::vector<V> vertices;
@@ -151,7 +139,7 @@ TEST_F(HatchTest, AreaCountsOuterLoopsLessIslands) {
   }
 }
 
-TEST_F(HatchTest, PatternLinesStayInsideTheHatchedArea) {
+TEST(HatchTest, PatternLinesStayInsideTheHatchedArea) {
   struct Case {
     const char* name;
     std::vector<V> outer;
@@ -218,7 +206,7 @@ TEST_F(HatchTest, PatternLinesStayInsideTheHatchedArea) {
   }
 }
 
-TEST_F(HatchTest, PatternFamiliesFollowNameAngleAndScale) {
+TEST(HatchTest, PatternFamiliesFollowNameAngleAndScale) {
   struct Case {
     const char* name;
     OdDbHatch::HatchPatternType type;
@@ -279,12 +267,12 @@ TEST_F(HatchTest, PatternFamiliesFollowNameAngleAndScale) {
 }
 
 // A DWG stream keeps each hatch style, the last one included.
-TEST_F(HatchTest, EveryStyleReadsBack) {
+TEST(HatchTest, EveryStyleReadsBack) {
   for (OdDbHatch::HatchStyle style : {OdDbHatch::kNormal, OdDbHatch::kOuter, OdDbHatch::kIgnore}) {
     OdDbHatchPtr hatch = OdDbHatch::createObject();
     appendLoop(hatch, kOuter, {{0, 0, 0}, {4, 0, 0}, {4, 4, 0}});
     hatch->setHatchStyle(style);
-    Filer filer;
+    DwgFiler filer;
     filer.openForWrite();
     hatch->dwgOutFields(&filer);
     filer.rewind();

@@ -96,38 +96,38 @@ void checkCases(const std::vector<Case>& cases) {
   }
 }
 
-typedef OdGePoint3d P;
-constexpr OdDb::Intersect kOnBoth = OdDb::kOnBothOperands, kExtThis = OdDb::kExtendThis;
+OdGePoint3d P(double x, double y, double z = 0.0) {
+  return OdGePoint3d(x, y, z);
+}
+constexpr OdDb::Intersect kOn = OdDb::kOnBothOperands, kExtThis = OdDb::kExtendThis;
 
 TEST(IntersectTest, LinesWithLines) {
-  const OdDbEntityPtr base = line(P(0, 0, 0), P(4, 0, 0));
-  const OdDbEntityPtr beyond = line(P(6, 0, 0), P(9, 0, 0));
+  const OdDbEntityPtr base = line(P(0, 0), P(4, 0));
+  const OdDbEntityPtr beyond = line(P(6, 0), P(9, 0));
   const std::vector<Case> cases = {
-      {"crossing", line(P(0, 4, 0), P(4, -4, 0)), base, kOnBoth, {P(2, 0, 0)}},
-      {"collinear, overlapping: the overlap's ends", base, line(P(6, 0, 0), P(2, 0, 0)), kOnBoth,
-       {P(2, 0, 0), P(4, 0, 0)}},
-      {"collinear, end to end", base, line(P(4, 0, 0), P(7, 0, 0)), kOnBoth, {P(4, 0, 0)}},
-      {"collinear, apart", base, beyond, kOnBoth, {}},
-      {"collinear, apart, extended to the other", base, beyond, kExtThis,
-       {P(6, 0, 0), P(9, 0, 0)}},
-      {"parallel", base, line(P(0, 1, 0), P(4, 1, 0)), kOnBoth, {}},
+      {"crossing", line(P(0, 4), P(4, -4)), base, kOn, {P(2, 0)}},
+      {"collinear, overlapping: its ends", base, line(P(6, 0), P(2, 0)), kOn, {P(2, 0), P(4, 0)}},
+      {"collinear, end to end", base, line(P(4, 0), P(7, 0)), kOn, {P(4, 0)}},
+      {"collinear, apart", base, beyond, kOn, {}},
+      {"collinear, apart, extended to the other", base, beyond, kExtThis, {P(6, 0), P(9, 0)}},
+      {"parallel", base, line(P(0, 1), P(4, 1)), kOn, {}},
   };
   checkCases(cases);
 }
 
 TEST(IntersectTest, LinesWithArcs) {
   const double s3 = std::sqrt(3.0);
-  const OdDbEntityPtr half = arc(P(0, 0, 0), 2.0, 0.0, 180.0);
-  const OdDbEntityPtr across = line(P(-3, 1, 0), P(3, 1, 0));
-  const OdDbEntityPtr shortLine = line(P(-3, 1, 0), P(-2.5, 1, 0));
+  const OdDbEntityPtr half = arc(P(0, 0), 2.0, 0, 180);
+  const OdDbEntityPtr across = line(P(-3, 1), P(3, 1));
+  const OdDbEntityPtr shortLine = line(P(-3, 1), P(-2.5, 1));
   const std::vector<Case> cases = {
-      {"through a half circle twice", across, half, kOnBoth, {P(-s3, 1, 0), P(s3, 1, 0)}},
-      {"outside the sweep once", across, arc(P(0, 0, 0), 2.0, 0.0, 90.0), kOnBoth, {P(s3, 1, 0)}},
-      {"tangent", line(P(-3, 2, 0), P(3, 2, 0)), half, kOnBoth, {P(0, 2, 0)}},
-      {"tangent outside the sweep", line(P(-3, -2, 0), P(3, -2, 0)), half, kOnBoth, {}},
-      {"line short of the arc", shortLine, half, kOnBoth, {}},
-      {"line extended to the arc", shortLine, half, kExtThis, {P(-s3, 1, 0), P(s3, 1, 0)}},
-      {"line through the arc's plane", line(P(0, 2, -1), P(0, 2, 1)), half, kOnBoth, {P(0, 2, 0)}},
+      {"through a half circle twice", across, half, kOn, {P(-s3, 1), P(s3, 1)}},
+      {"outside the sweep once", across, arc(P(0, 0), 2.0, 0, 90), kOn, {P(s3, 1)}},
+      {"tangent", line(P(-3, 2), P(3, 2)), half, kOn, {P(0, 2)}},
+      {"tangent outside the sweep", line(P(-3, -2), P(3, -2)), half, kOn, {}},
+      {"line short of the arc", shortLine, half, kOn, {}},
+      {"line extended to the arc", shortLine, half, kExtThis, {P(-s3, 1), P(s3, 1)}},
+      {"line through the arc's plane", line(P(0, 2, -1), P(0, 2, 1)), half, kOn, {P(0, 2)}},
   };
   checkCases(cases);
 }
@@ -135,89 +135,48 @@ TEST(IntersectTest, LinesWithArcs) {
 TEST(IntersectTest, ArcsWithArcs) {
   const double s3 = std::sqrt(3.0);
   const double s2 = std::sqrt(2.0);
-  const OdDbEntityPtr circle2 = arc(P(0, 0, 0), 2.0, 0.0, 0.0);
-  const OdDbEntityPtr circle1 = arc(P(0, 0, 0), 1.0, 0.0, 0.0);
-  const OdDbEntityPtr leftHalf = arc(P(2, 0, 0), 2.0, 90.0, 270.0);
+  const OdDbEntityPtr circle2 = arc(P(0, 0), 2.0, 0, 0);
+  const OdDbEntityPtr circle1 = arc(P(0, 0), 1.0, 0, 0);
+  const OdDbEntityPtr quarter = arc(P(0, 0), 2.0, 0, 90);
+  const OdDbEntityPtr leftHalf = arc(P(2, 0), 2.0, 90, 270);
   const OdGeVector3d y = OdGeVector3d::kYAxis;
   const std::vector<Case> cases = {
-      {"two crossings", circle2, leftHalf, kOnBoth, {P(1, s3, 0), P(1, -s3, 0)}},
-      {"one crossing in both sweeps",
-       arc(P(0, 0, 0), 2.0, 0.0, 90.0),
-       leftHalf,
-       kOnBoth,
-       {P(1, s3, 0)}},
-      {"touching from outside",
-       arc(P(0, 0, 0), 1.0, -90.0, 90.0),
-       arc(P(3, 0, 0), 2.0, 90.0, 270.0),
-       kOnBoth,
-       {P(1, 0, 0)}},
+      {"two crossings", circle2, leftHalf, kOn, {P(1, s3), P(1, -s3)}},
+      {"one crossing in both sweeps", quarter, leftHalf, kOn, {P(1, s3)}},
+      {"touching from outside", arc(P(0, 0), 1, -90, 90), arc(P(3, 0), 2, 90, 270), kOn, {P(1, 0)}},
       {"one circle: the overlap's ends",
-       arc(P(0, 0, 0), 2.0, 0.0, 90.0),
-       arc(P(0, 0, 0), 2.0, 45.0, 180.0),
-       kOnBoth,
-       {P(0, 2, 0), P(s2, s2, 0)}},
-      {"concentric, different radii", circle2, circle1, kOnBoth, {}},
+       quarter,
+       arc(P(0, 0), 2, 45, 180),
+       kOn,
+       {P(0, 2), P(s2, s2)}},
+      {"concentric, different radii", circle2, circle1, kOn, {}},
       {"planes crossing where both circles pass",
        circle1,
-       arc(P(2, 0, 0), 1.0, 0.0, 0.0, y),
-       kOnBoth,
-       {P(1, 0, 0)}},
-      {"planes crossing where one circle passes",
-       circle1,
-       arc(P(1, 0, 0), 1.0, 0.0, 0.0, y),
-       kOnBoth,
-       {}},
+       arc(P(2, 0), 1, 0, 0, y),
+       kOn,
+       {P(1, 0)}},
+      {"planes crossing where one circle passes", circle1, arc(P(1, 0), 1, 0, 0, y), kOn, {}},
   };
   checkCases(cases);
 }
 
 TEST(IntersectTest, PolylinesBySegments) {
   const OdDbEntityPtr rectangle = polyline({{0, 0, 0}, {4, 0, 0}, {4, 2, 0}, {0, 2, 0}}, true);
-  const OdDbEntityPtr vertical = line(P(2, -3, 0), P(2, 3, 0));
-  const OdDbEntityPtr horizontal = line(P(-1, 1, 0), P(5, 1, 0));
+  const std::vector<Vertex> bend = {{0, 0, 0}, {4, 0, 0}, {4, 2, 0}};
+  const OdDbEntityPtr vertical = line(P(2, -3), P(2, 3));
+  const OdDbEntityPtr horizontal = line(P(-1, 1), P(5, 1));
+  const OdDbEntityPtr square = polyline({{1, -1, 0}, {3, -1, 0}, {3, 3, 0}, {1, 3, 0}}, true);
   const double r = std::sqrt(1.25);
   const std::vector<Case> cases = {
-      {"across a closed rectangle",
-       rectangle,
-       line(P(2, -1, 0), P(2, 3, 0)),
-       kOnBoth,
-       {P(2, 0, 0), P(2, 2, 0)}},
-      {"through a vertex, counted once",
-       rectangle,
-       line(P(-1, -1, 0), P(5, 5, 0)),
-       kOnBoth,
-       {P(0, 0, 0), P(2, 2, 0)}},
-      {"along an edge", rectangle, line(P(1, 0, 0), P(3, 0, 0)), kOnBoth, {P(1, 0, 0), P(3, 0, 0)}},
-      {"open: no closing segment",
-       polyline({{0, 0, 0}, {4, 0, 0}, {4, 2, 0}}, false),
-       horizontal,
-       kOnBoth,
-       {P(4, 1, 0)}},
-      {"closed: with the closing segment",
-       polyline({{0, 0, 0}, {4, 0, 0}, {4, 2, 0}}, true),
-       horizontal,
-       kOnBoth,
-       {P(4, 1, 0), P(2, 1, 0)}},
-      {"a bulged segment is its arc",
-       polyline({{0, 0, 1.0}, {4, 0, 0}}, false),
-       vertical,
-       kOnBoth,
-       {P(2, -2, 0)}},
-      {"a clockwise bulge",
-       polyline({{0, 0, -1.0}, {4, 0, 0}}, false),
-       vertical,
-       kOnBoth,
-       {P(2, 2, 0)}},
-      {"two rectangles",
-       rectangle,
-       polyline({{1, -1, 0}, {3, -1, 0}, {3, 3, 0}, {1, 3, 0}}, true),
-       kOnBoth,
-       {P(1, 0, 0), P(3, 0, 0), P(3, 2, 0), P(1, 2, 0)}},
-      {"polyline and arc",
-       rectangle,
-       arc(P(2, 1, 0), 1.5, 0.0, 180.0),
-       kOnBoth,
-       {P(2 + r, 2, 0), P(2 - r, 2, 0)}},
+      {"across a rectangle", rectangle, line(P(2, -1), P(2, 3)), kOn, {P(2, 0), P(2, 2)}},
+      {"through a vertex, once", rectangle, line(P(-1, -1), P(5, 5)), kOn, {P(0, 0), P(2, 2)}},
+      {"along an edge", rectangle, line(P(1, 0), P(3, 0)), kOn, {P(1, 0), P(3, 0)}},
+      {"open: no closing segment", polyline(bend, false), horizontal, kOn, {P(4, 1)}},
+      {"closed: the closing segment", polyline(bend, true), horizontal, kOn, {P(4, 1), P(2, 1)}},
+      {"a bulge is its arc", polyline({{0, 0, 1.0}, {4, 0, 0}}, false), vertical, kOn, {P(2, -2)}},
+      {"a clockwise bulge", polyline({{0, 0, -1.0}, {4, 0, 0}}, false), vertical, kOn, {P(2, 2)}},
+      {"two rectangles", rectangle, square, kOn, {P(1, 0), P(3, 0), P(3, 2), P(1, 2)}},
+      {"polyline and arc", rectangle, arc(P(2, 1), 1.5, 0, 180), kOn, {P(2 + r, 2), P(2 - r, 2)}},
   };
   checkCases(cases);
 }

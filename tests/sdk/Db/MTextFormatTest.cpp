@@ -36,12 +36,8 @@ TEST(MTextFormat, CodesResolveToPlainText) {
       {"\\C1;red\\c16711680;blue", "redblue"},
       {"\\S1^2;+\\S3/4;+\\S5#6;", "1/2+3/4+5/6"},
       {"\\S+0.1^-0.2; \\S1\\^2^3; \\Sx;", "+0.1/-0.2 1^2/3 x"},
-      {"a\\~b", "a\xC2\xA0"
-                "b"},
-      {"%%c10 %%d %%p1 %%% %%C %%D %%P", "\xE2\x8C\x80"
-                                         "10 \xC2\xB0 \xC2\xB1"
-                                         "1 % "
-                                         "\xE2\x8C\x80 \xC2\xB0 \xC2\xB1"},
+      {"a\\~b", "a\u00A0b"},
+      {"%%c10 %%d %%p1 %%% %%C %%D %%P", "\u230010 \u00B0 \u00B11 % \u2300 \u00B0 \u00B1"},
       {"%%x 5%", "%%x 5%"},
       {"\\U+4E2D\\U+6587", "中文"},
       {"坐标{\\C3;X}=1", "坐标X=1"},
@@ -176,11 +172,7 @@ TEST(MTextLayout, LineAdvanceFollowsHeightsAndSpacingFactor) {
       {"tight spacing", "a\\Pb\\Pc", 0.5, {-3.0, -5.5, -8.0}, 9.0},
       {"a taller line pushes both neighbours", "a\\P{\\H6;b}\\Pc", 1.0, {-3.0, -13.0, -23.0}, 24.0},
       {"a tall first line raises the top", "{\\H2x;a}\\Pb", 1.0, {-6.0, -16.0}, 17.0},
-      {"an empty paragraph keeps the height in force",
-       "\\H6;a\\P\\Pb",
-       1.0,
-       {-6.0, -16.0, -26.0},
-       28.0},
+      {"an empty paragraph keeps its height", "\\H6;a\\P\\Pb", 1.0, {-6.0, -16.0, -26.0}, 28.0},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -226,17 +218,9 @@ TEST(MTextLayout, WrapsAtSpacesAndAroundFullWidthCharacters) {
       {"leading spaces stay with the first word", "  aaaa", 1.0, {"  aaaa"}},
       {"CJK breaks anywhere", "中文字符", 2.5, {"中文", "字符"}},
       {"mixed Latin and CJK", "ab中文", 2.5, {"ab中", "文"}},
-      {"a non-breaking space joins",
-       "a\\~b c",
-       1.5,
-       {"a\xC2\xA0"
-        "b",
-        "c"}},
+      {"a non-breaking space joins", "a\\~b c", 1.5, {"a\u00A0b", "c"}},
       {"paragraphs wrap on their own", "aa bb\\Pcc", 1.5, {"aa", "bb", "cc"}},
-      {"surrogate pairs stay whole",
-       "\xF0\xA0\x80\x80\xF0\xA0\x80\x80",
-       1.5,
-       {"\xF0\xA0\x80\x80", "\xF0\xA0\x80\x80"}},
+      {"surrogate pairs stay whole", "\U00020000\U00020000", 1.5, {"\U00020000", "\U00020000"}},
       {"formats do not stop wrapping", "aa {\\H0.5x;bb cc}", 2.5, {"aa bb", "cc"}},
   };
   for (const auto& c : cases)

@@ -1,13 +1,8 @@
 #include "DbTextStyleTable.h"
 
-#include "DbDwgStreamFiler.h"
-#include "OdError.h"
-#include "RxObjectImpl.h"
-
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
 #include <cmath>
-#include <functional>
 #include <limits>
 
 namespace {
@@ -28,13 +23,7 @@ TEST(TextStyleTest, RefusesBadSizesAndFactorsKeepingTheOldValue) {
       {"oblique NaN", [&] { style->setObliquingAngle(nan); }},
   };
   for (const auto& c : cases) {
-    OdResult result = eOk;
-    try {
-      c.call();
-    } catch (const OdError& error) {
-      result = error.code();
-    }
-    EXPECT_EQ(eInvalidInput, result) << c.what;
+    EXPECT_EQ(eInvalidInput, resultOf(c.call)) << c.what;
   }
   EXPECT_EQ(1.0, style->xScale());
   EXPECT_EQ(0.0, style->textSize());
@@ -44,7 +33,7 @@ TEST(TextStyleTest, RefusesBadSizesAndFactorsKeepingTheOldValue) {
 }
 
 /// Writes the n-th double of a stream as another value.
-class SpoilingFiler : public OdStaticRxObject<OdDbDwgStreamFiler> {
+class SpoilingFiler : public DwgFiler {
 public:
   SpoilingFiler(int spoiled, double value) : m_spoiled(spoiled), m_value(value) {}
   void wrDouble(double value) override {
@@ -66,7 +55,7 @@ TEST(TextStyleTest, StreamsWithBadSizesOrFactorsAreRefused) {
     int field;
     double value;
     bool accepted;
-  } cases[] = {{0, 0.0, true},  {0, -0.5, false}, {1, 0.8, true},   {1, 0.0, false},
+  } cases[] = {{0, 0.0, true},   {0, -0.5, false},     {1, 0.8, true},  {1, 0.0, false},
                {1, -1.0, false}, {1, HUGE_VAL, false}, {2, -0.3, true}, {2, NAN, false},
                {3, 0.0, true},   {3, -2.5, false}};
   for (const auto& c : cases) {

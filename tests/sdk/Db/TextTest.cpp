@@ -1,31 +1,12 @@
 #include "DbText.h"
 
-#include "DbDwgStreamFiler.h"
-#include "DbDxfItemFiler.h"
 #include "Gi/GiRecorder.h"
-#include "RxObjectImpl.h"
-
-#include <gtest/gtest.h>
-
-#include <limits>
-
-OdRxClass* oddbDwgClassMapDesc(OdUInt16 dwgType);
+#include "sdk/SdkTestSupport.h"
 
 namespace {
 
-typedef OdStaticRxObject<OdDbDwgStreamFiler> DwgFiler;
-typedef OdStaticRxObject<OdDbDxfItemFiler> DxfFiler;
-
-constexpr double kDegree = OdaPI / 180.0;
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
 /// "abcd" at height 2: four narrow characters of 0.6 x 2.
 const double kAbcdWidth = 4 * 0.6 * 2.0;
-
-void expectPoint(const OdGePoint3d& expected, const OdGePoint3d& actual, double tol = 1e-9) {
-  EXPECT_NEAR(expected.x, actual.x, tol);
-  EXPECT_NEAR(expected.y, actual.y, tol);
-  EXPECT_NEAR(expected.z, actual.z, tol);
-}
 
 OdDbTextPtr makeText(const OdString& string, OdDb::TextHorzMode horizontal,
                      OdDb::TextVertMode vertical, const OdGePoint3d& position,

@@ -14,31 +14,13 @@
 #include "DbPolyline.h"
 #include "DbText.h"
 
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <dirent.h>
-#include <fstream>
-#include <functional>
-#include <sstream>
-#include <string>
 #include <unistd.h>
 #include <vector>
 
 namespace {
-
-std::string readAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-void writeAll(const std::string& path, const std::string& text) {
-  std::ofstream out(path, std::ios::binary);
-  out << text;
-}
 
 /// A fresh directory per test, removed with its files afterwards.
 class DxfFileTest : public ::testing::Test {
@@ -130,6 +112,10 @@ TEST_F(DxfFileTest, MalformedFilesAreRefusedWithTheLineOfTheFault) {
     section.push_back("ENDSEC");
     return insert(39, section);
   };
+  Lines proxyObject = {"  0", "ACAD_PROXY_OBJECT", "  5", "A0", "330", "0",
+                       "100", "AcDbProxyObject"};
+  proxyObject.insert(proxyObject.end(), {" 90", "499", " 91", "500", " 71", "33", " 97", "0", " 70",
+                                         "0", "161", "0", " 94", "0"});
   const Case cases[] = {
       {"text where a coordinate must be", set(26, "abc"), 26},
       {"coordinate with trailing junk", set(28, "2.0x"), 28},
@@ -166,18 +152,7 @@ TEST_F(DxfFileTest, MalformedFilesAreRefusedWithTheLineOfTheFault) {
        objects(
            {"  0", "DICTIONARY", "  5", "A0", "330", "0", "100", "AcDbDictionary", "  3", "Lost"}),
        51},
-      {"proxy object of a class with no CLASS record", objects({"  0", "ACAD_PROXY_OBJECT",
-                                                                "  5", "A0",
-                                                                "330", "0",
-                                                                "100", "AcDbProxyObject",
-                                                                " 90", "499",
-                                                                " 91", "500",
-                                                                " 71", "33",
-                                                                " 97", "0",
-                                                                " 70", "0",
-                                                                "161", "0",
-                                                                " 94", "0"}),
-       54},
+      {"proxy object of a class with no CLASS record", objects(proxyObject), 54},
   };
   for (const Case& c : cases) {
     Lines lines = validLines();
@@ -286,9 +261,9 @@ TEST_F(DxfFileTest, StringsAreReadInTheEncodingOfTheirVersion) {
   for (const auto& c : cases) {
     Lines lines = validLines();
     lines[7] = c.version;
-    const Lines text = {"  0", "TEXT",      "  5", "A0", "100", "AcDbEntity", "  8", "0",
-                        "100", "AcDbText",  " 10", "0",  " 20", "0",          " 30", "0",
-                        " 40", "1",         "  1", c.bytes};
+    const Lines text = {"  0", "TEXT", "  5",      "A0",  "100", "AcDbEntity", "  8",
+                        "0",   "100",  "AcDbText", " 10", "0",   " 20",        "0",
+                        " 30", "0",    " 40",      "1",   "  1", c.bytes};
     lines.insert(lines.begin() + 36, text.begin(), text.end());
     writeAll(path("text.dxf"), joined(lines));
     OdDbDatabasePtr db;
@@ -358,20 +333,9 @@ std::string scriptPath() {
   return here.substr(0, here.rfind("/sdk/")) + "/ezdxf/audit_dxf.py";
 }
 
-bool haveEzdxf() {
-  return std::system("/usr/bin/python3 -c 'import ezdxf' >/dev/null 2>&1") == 0;
-}
-
 std::string runChecker(const std::string& args) {
   std::string output;
-  const std::string command = "/usr/bin/python3 '" + scriptPath() + "' " + args + " 2>&1";
-  if (std::FILE* pipe = ::popen(command.c_str(), "r")) {
-    char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-      output.append(buffer, n);
-    ::pclose(pipe);
-  }
+  runCommand("/usr/bin/python3 '" + scriptPath() + "' " + args + " 2>&1", output);
   return output;
 }
 

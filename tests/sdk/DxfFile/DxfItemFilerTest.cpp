@@ -2,22 +2,13 @@
 
 #include "Ge/GePoint2d.h"
 #include "Ge/GePoint3d.h"
-#include "RxObjectImpl.h"
+#include "sdk/SdkTestSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
 #include <vector>
 
 namespace {
 
-typedef OdStaticRxObject<OdDbDxfItemFiler> Filer;
-typedef OdDbDxfItemFiler::Item Item;
 typedef OdDbDxfItemFiler::ItemArray Items;
-
-std::string utf8(const OdString& text) {
-  return text.toUtf8();
-}
 
 TEST(DxfItemFilerTest, MalformedOrOutOfRangeTextIsRefused) {
   enum Reader { kBool, kInt8, kInt16, kInt32, kInt64, kDouble, kHandle };
@@ -65,35 +56,21 @@ TEST(DxfItemFilerTest, MalformedOrOutOfRangeTextIsRefused) {
       {8, "1A", kHandle, false, 0},
       {40, "1", kInt32, false, 0},
   };
+  // The readers in the order of Reader, each giving what it read as a double.
+  const std::function<double(OdDbDxfItemFiler&)> readers[] = {
+      [](OdDbDxfItemFiler& f) { return f.rdBool() ? 1.0 : 0.0; },
+      [](OdDbDxfItemFiler& f) { return double(f.rdInt8()); },
+      [](OdDbDxfItemFiler& f) { return double(f.rdInt16()); },
+      [](OdDbDxfItemFiler& f) { return double(f.rdInt32()); },
+      [](OdDbDxfItemFiler& f) { return double(f.rdInt64()); },
+      [](OdDbDxfItemFiler& f) { return f.rdDouble(); },
+      [](OdDbDxfItemFiler& f) { return double(OdUInt64(f.rdHandle())); }};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.text) + " at " + std::to_string(c.code));
-    Filer filer;
+    DxfFiler filer;
     filer.openForRead({{c.code, OdString(c.text)}});
     ASSERT_EQ(c.code, filer.nextItem());
-    double value = -1.0;
-    switch (c.reader) {
-    case kBool:
-      value = filer.rdBool() ? 1.0 : 0.0;
-      break;
-    case kInt8:
-      value = filer.rdInt8();
-      break;
-    case kInt16:
-      value = filer.rdInt16();
-      break;
-    case kInt32:
-      value = filer.rdInt32();
-      break;
-    case kInt64:
-      value = static_cast<double>(filer.rdInt64());
-      break;
-    case kDouble:
-      value = filer.rdDouble();
-      break;
-    case kHandle:
-      value = static_cast<double>(OdUInt64(filer.rdHandle()));
-      break;
-    }
+    const double value = readers[c.reader](filer);
     EXPECT_EQ(c.accepted ? eOk : eInvalidDxfCode, filer.filerStatus());
     EXPECT_EQ(c.value, value);
   }
@@ -105,7 +82,7 @@ TEST(DxfItemFilerTest, BinaryDataIsSplitIntoLinesOf127Bytes) {
     std::vector<OdUInt8> data(size);
     for (OdUInt32 i = 0; i < size; ++i)
       data[i] = static_cast<OdUInt8>(i * 37 + 11);
-    Filer filer;
+    DxfFiler filer;
     filer.openForWrite();
     filer.wrBinaryChunk(310, data.data(), size);
     ASSERT_EQ(eOk, filer.filerStatus());
@@ -126,12 +103,12 @@ TEST(DxfItemFilerTest, BinaryDataIsSplitIntoLinesOf127Bytes) {
     EXPECT_EQ(data, std::vector<OdUInt8>(read.begin(), read.end()));
   }
 
-  Filer filer;
+  DxfFiler filer;
   const OdUInt8 bytes[] = {0xAB, 0x0F, 0x00, 0xFF};
   filer.openForWrite();
   filer.wrBinaryChunk(1004, bytes, 4);
   ASSERT_EQ(1u, filer.items().size());
-  EXPECT_EQ("AB0F00FF", utf8(filer.items()[0].value));
+  EXPECT_EQ("AB0F00FF", filer.items()[0].value.toUtf8());
 }
 
 TEST(DxfItemFilerTest, MalformedHexAppendsNothing) {
@@ -141,7 +118,7 @@ TEST(DxfItemFilerTest, MalformedHexAppendsNothing) {
   } cases[] = {{"ab0f", true}, {"", true}, {"ABC", false}, {"ABZZ", false}, {"AB 0F", false}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
-    Filer filer;
+    DxfFiler filer;
     filer.openForRead({{310, OdString(c.text)}});
     ASSERT_EQ(310, filer.nextItem());
     OdUInt8Array data;
@@ -156,7 +133,7 @@ TEST(DxfItemFilerTest, MalformedHexAppendsNothing) {
     }
   }
   // Binary must be read at a binary code.
-  Filer filer;
+  DxfFiler filer;
   filer.openForRead({{300, OdString("AB")}});
   filer.nextItem();
   OdUInt8Array data;
@@ -167,7 +144,7 @@ TEST(DxfItemFilerTest, MalformedHexAppendsNothing) {
 
 TEST(DxfItemFilerTest, PointsNeedTheirYAndMayLackZ) {
   {
-    Filer filer;
+    DxfFiler filer;
     filer.openForRead({{10, "1"}, {20, "2"}, {40, "5"}});
     filer.nextItem();
     OdGePoint3d point(9, 9, 9);
@@ -178,7 +155,7 @@ TEST(DxfItemFilerTest, PointsNeedTheirYAndMayLackZ) {
   }
   {
     // The 2D forms skip a z, so the next item is the one after the point.
-    Filer filer;
+    DxfFiler filer;
     filer.openForRead({{10, "1"}, {20, "2"}, {30, "3"}, {40, "5"}});
     filer.nextItem();
     OdGePoint2d point;
@@ -188,7 +165,7 @@ TEST(DxfItemFilerTest, PointsNeedTheirYAndMayLackZ) {
   }
   {
     // And need no z.
-    Filer filer;
+    DxfFiler filer;
     filer.openForRead({{11, "1"}, {21, "2"}, {40, "5"}});
     filer.nextItem();
     OdGeVector2d vector;
@@ -206,7 +183,7 @@ TEST(DxfItemFilerTest, PointsNeedTheirYAndMayLackZ) {
   };
   for (const auto& c : refused) {
     SCOPED_TRACE(c.what);
-    Filer filer;
+    DxfFiler filer;
     filer.openForRead(c.items);
     filer.nextItem();
     OdGePoint3d point(9, 9, 9);

@@ -12,16 +12,9 @@
 #include "DbProxyEntity.h"
 #include "Gi/GiWorldDraw.h"
 #include "RxModule.h"
-#include "RxObjectImpl.h"
+#include "sdk/SdkTestSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <fstream>
-#include <functional>
 #include <set>
-#include <sstream>
-#include <string>
 #include <vector>
 
 #include <unistd.h>
@@ -85,17 +78,6 @@ public:
   OdString fileName() const override { return OD_T("standin.tx"); }
   void deleteModuleObject() override {}
 };
-
-std::string readAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-void writeAll(const std::string& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
 
 /// The line number (1-based) of the first line equal to value after line `after`.
 std::size_t lineOf(const std::string& text, const std::string& value, std::size_t after = 0) {
@@ -179,8 +161,7 @@ TEST_F(DxfProxyTest, ReferencesOfEveryKindComeBackAsTheirObjects) {
   EXPECT_EQ(codes, (std::set<std::string>{"330", "340", "350", "360"}));
   OdDbDatabasePtr loaded;
   OdString error;
-  ASSERT_EQ(odDbReadDxf(OdString::fromUtf8(file("a.dxf")), loaded, &error), eOk)
-      << error.toUtf8();
+  ASSERT_EQ(odDbReadDxf(OdString::fromUtf8(file("a.dxf")), loaded, &error), eOk) << error.toUtf8();
   OdDbBlockTableRecordPtr space = loaded->getModelSpaceId().safeOpenObject();
   int shapes = 0;
   for (const OdDbObjectId& id : space->entityIds()) {

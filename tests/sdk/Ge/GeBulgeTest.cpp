@@ -3,18 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace {
 
 const double kEps = 1e-9;
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
-const double kSqrt2 = std::sqrt(2.0);
+const double kRt2 = std::sqrt(2.0);
 // Bulges of a quarter and of three quarters of a turn.
 const double kQuarter = std::tan(OdaPI / 8.0);
 const double kThreeQ = std::tan(3.0 * OdaPI / 8.0);
 const double kVertical = 4.0 * std::atan(0.5); // the sweep of bulge 0.5
+const double kVerticalArea = 0.5 * 6.25 * (kVertical - std::sin(kVertical));
 
 void expectPoint(const OdGePoint2d& actual, const OdGePoint2d& expected, double eps = kEps) {
   EXPECT_NEAR(actual.x, expected.x, eps);
@@ -37,34 +35,10 @@ TEST(GeBulge, ArcThroughChordEnds) {
   } cases[] = {
       {"semicircle", {0, 0}, {2, 0}, 1.0, {1, 0}, 1.0, OdaPI, {1, -1}, OdaPI2},
       {"clockwise semicircle", {0, 0}, {2, 0}, -1.0, {1, 0}, 1.0, -OdaPI, {1, 1}, -OdaPI2},
-      {"quarter", {0, 0}, {2, 0}, kQuarter, {1, 1}, kSqrt2, OdaPI2, {1, 1 - kSqrt2}, OdaPI2 - 1},
-      {"cw quarter",
-       {0, 0},
-       {2, 0},
-       -kQuarter,
-       {1, -1},
-       kSqrt2,
-       -OdaPI2,
-       {1, kSqrt2 - 1},
-       1 - OdaPI2},
-      {"three quarter",
-       {0, 0},
-       {2, 0},
-       kThreeQ,
-       {1, -1},
-       kSqrt2,
-       3 * OdaPI2,
-       {1, -1 - kSqrt2},
-       3 * OdaPI2 + 1},
-      {"vertical chord",
-       {3, 1},
-       {3, 5},
-       0.5,
-       {1.5, 3},
-       2.5,
-       kVertical,
-       {4, 3},
-       0.5 * 6.25 * (kVertical - std::sin(kVertical))},
+      {"quarter", {0, 0}, {2, 0}, kQuarter, {1, 1}, kRt2, OdaPI2, {1, 1 - kRt2}, OdaPI2 - 1},
+      {"cw quarter", {0, 0}, {2, 0}, -kQuarter, {1, -1}, kRt2, -OdaPI2, {1, kRt2 - 1}, 1 - OdaPI2},
+      {"3/4", {0, 0}, {2, 0}, kThreeQ, {1, -1}, kRt2, 3 * OdaPI2, {1, -1 - kRt2}, 3 * OdaPI2 + 1},
+      {"vertical chord", {3, 1}, {3, 5}, 0.5, {1.5, 3}, 2.5, kVertical, {4, 3}, kVerticalArea},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -116,7 +90,7 @@ TEST(GeBulge, FractionAtAngleFollowsTheTurningSense) {
 }
 
 TEST(GeBulge, CircleExtremeAnglesAreWhereEachCoordinateTurns) {
-  const double r = 1.0 / kSqrt2;
+  const double r = 1.0 / kRt2;
   const struct {
     const char* name;
     OdGeVector3d xAxis, yAxis;

@@ -1,6 +1,6 @@
 #include "Ge/GeIntersect.h"
 
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
 #include <cmath>
 #include <limits>
@@ -12,12 +12,6 @@ const OdGeVector3d kZ = OdGeVector3d::kZAxis;
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr OdGeExtend kNone = OdGeExtend::kNone, kFirst = OdGeExtend::kFirst,
                      kSecond = OdGeExtend::kSecond, kBoth = OdGeExtend::kBoth;
-
-void expectPoint(const OdGePoint3d& actual, const OdGePoint3d& expected) {
-  EXPECT_NEAR(actual.x, expected.x, kEps);
-  EXPECT_NEAR(actual.y, expected.y, kEps);
-  EXPECT_NEAR(actual.z, expected.z, kEps);
-}
 
 TEST(GeIntersect, LinesMeetWhereBoundsAllow) {
   const struct {

@@ -1,6 +1,6 @@
 #include "Gi/GiExtentsCollector.h"
 
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
 #include <cmath>
 
@@ -12,12 +12,8 @@ const double kH = std::sqrt(0.5); // cos 45°
 
 void expectBox(const OdGeExtents3d& ext, const OdGePoint3d& min, const OdGePoint3d& max) {
   ASSERT_TRUE(ext.isValidExtents());
-  EXPECT_NEAR(ext.minPoint().x, min.x, kEps);
-  EXPECT_NEAR(ext.minPoint().y, min.y, kEps);
-  EXPECT_NEAR(ext.minPoint().z, min.z, kEps);
-  EXPECT_NEAR(ext.maxPoint().x, max.x, kEps);
-  EXPECT_NEAR(ext.maxPoint().y, max.y, kEps);
-  EXPECT_NEAR(ext.maxPoint().z, max.z, kEps);
+  expectPoint(min, ext.minPoint(), kEps);
+  expectPoint(max, ext.maxPoint(), kEps);
 }
 
 double deg(double degrees) {

@@ -6,17 +6,11 @@
 #include "Ge/GeMatrix3d.h"
 #include "Ge/GeScale3d.h"
 
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
-#include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <map>
-#include <sstream>
-#include <string>
 #include <unistd.h>
 #include <vector>
 
@@ -25,7 +19,6 @@ namespace proxy_graphics_writer_test {
 typedef OdGiProxyGraphicsWriter Writer;
 
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
 
 // ---------------------------------------------------------------------------------------------
 // Reading and building metafile bytes.
@@ -95,36 +88,6 @@ std::vector<Command> commandsOf(const OdUInt8Array& data) {
   }
   EXPECT_EQ(count, commands.size()) << "header command count";
   return commands;
-}
-
-std::vector<OdUInt32> opcodesOf(const OdUInt8Array& data) {
-  std::vector<OdUInt32> opcodes;
-  for (const Command& command : commandsOf(data))
-    opcodes.push_back(command.opcode);
-  return opcodes;
-}
-
-/// The commands after the extents command and the initial colour.
-std::vector<Command> primitivesOf(const Writer& writer) {
-  std::vector<Command> commands = commandsOf(writer.data());
-  std::vector<Command> rest;
-  for (const Command& command : commands) {
-    if (command.opcode != Writer::kExtents && command.opcode != Writer::kColor)
-      rest.push_back(command);
-  }
-  return rest;
-}
-
-OdGeMatrix3d translation(double x, double y, double z) {
-  return OdGeMatrix3d().setToTranslation(OdGeVector3d(x, y, z));
-}
-
-OdGeMatrix3d rotationZ(double angle) {
-  return OdGeMatrix3d().setToRotation(angle, OdGeVector3d::kZAxis);
-}
-
-OdGeMatrix3d scaling(double sx, double sy, double sz) {
-  return OdGeMatrix3d().setToScaling(OdGeScale3d(sx, sy, sz));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -267,24 +230,15 @@ int runChecker(const OdUInt8Array& data, const std::string& options, std::string
     std::remove(path);
     return -1;
   }
-  const std::string command =
-      std::string(kPython) + " " + checkerPath() + " " + path + " " + options + " 2>/dev/null";
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) {
-    std::remove(path);
-    return -1;
-  }
-  char buffer[4096];
-  std::size_t got = 0;
-  while ((got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-    output.append(buffer, got);
-  const int status = pclose(pipe);
+  const int status = runCommand(std::string(kPython) + " " + checkerPath() + " " + path + " " +
+                                    options + " 2>/dev/null",
+                                output);
   std::remove(path);
   return status;
 }
 
 TEST_F(ProxyWriterTablesTest, EzdxfDecodesWhatWasDrawn) {
-  if (std::system("/usr/bin/python3 -c 'import ezdxf' >/dev/null 2>&1") != 0)
+  if (!haveEzdxf())
     GTEST_SKIP() << "/usr/bin/python3 cannot import ezdxf";
 
   Writer writer(m_db.get());
@@ -304,13 +258,14 @@ TEST_F(ProxyWriterTablesTest, EzdxfDecodesWhatWasDrawn) {
   writer.polygon(3, tri);
   writer.setFillType(kOdGiFillNever);
   writer.polygon(3, tri);
-  writer.pushModelTransform(translation(100, 50, 0) * rotationZ(OdaPI / 6));
+  writer.pushModelTransform(OdGeMatrix3d::translation(OdGeVector3d(100, 50, 0)) *
+                            OdGeMatrix3d::rotation(OdaPI / 6, OdGeVector3d::kZAxis));
   writer.setColor(256);
   writer.text(OdGePoint3d(1, 0, 0), OdGeVector3d::kZAxis, OdGeVector3d::kXAxis, 2.5, 0.8, 0,
               OdString(u"北坐标"));
   writer.circle(OdGePoint3d(), 1, OdGeVector3d::kZAxis);
   writer.popModelTransform();
-  writer.pushModelTransform(scaling(2, 1, 1));
+  writer.pushModelTransform(OdGeMatrix3d::scaling(OdGeScale3d(2, 1, 1)));
   writer.circle(OdGePoint3d(), 1, OdGeVector3d::kZAxis);
   writer.popModelTransform();
 

@@ -4,11 +4,6 @@
 
 namespace {
 
-/// Restores the built-in rule even when a test fails half-way.
-struct RestoreDefaultWidth {
-  ~RestoreDefaultWidth() { odgiSetTextLineWidthFunction(nullptr); }
-};
-
 TEST(TextMetrics, FullWidthRangesAndTheirEdges) {
   const struct {
     OdUInt32 codePoint;

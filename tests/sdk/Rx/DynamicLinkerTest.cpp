@@ -7,15 +7,11 @@
 #include "RxDynamicModule.h"
 #include "RxObjectImpl.h"
 #include "sdk/Rx/fixtures/RxFixtureEvents.h"
-
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
 #include <cstdlib>
 #include <dlfcn.h>
-#include <fstream>
-#include <functional>
 #include <new>
-#include <string>
 
 namespace rx_dynamic_linker_test {
 
@@ -48,22 +44,6 @@ bool endsWith(const std::string& text, const std::string& tail) {
 
 bool contains(const OdString& text, const std::string& part) {
   return text.toUtf8().find(part) != std::string::npos;
-}
-
-/// The error a call raised (eOk and an empty message when it raised none).
-struct Outcome {
-  OdResult code = eOk;
-  OdString message;
-};
-Outcome outcomeOf(const std::function<void()>& call) {
-  Outcome outcome;
-  try {
-    call();
-  } catch (const OdError& err) {
-    outcome.code = err.code();
-    outcome.message = err.description();
-  }
-  return outcome;
 }
 
 /// A snapshot of what a module can change in the platform.

@@ -8,10 +8,7 @@
 #include "RxDictionary.h"
 #include "RxDynamicLinker.h"
 #include "sdk/Rx/fixtures/RxFixtureEvents.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
+#include "sdk/SdkTestSupport.h"
 
 namespace {
 
@@ -20,9 +17,9 @@ TEST(PlatformInitTest, DwgClassMapKnowsTheStandardTypeNumbers) {
     OdUInt16 type;
     OdRxClass* expected;
   } cases[] = {
-      {19, OdDbLine::desc()},  {27, OdDbPoint::desc()}, {77, OdDbPolyline::desc()},
-      {17, OdDbArc::desc()},   {78, OdDbHatch::desc()}, {0, nullptr},
-      {18, nullptr},           {20, nullptr},           {500, nullptr},
+      {19, OdDbLine::desc()}, {27, OdDbPoint::desc()}, {77, OdDbPolyline::desc()},
+      {17, OdDbArc::desc()},  {78, OdDbHatch::desc()}, {0, nullptr},
+      {18, nullptr},          {20, nullptr},           {500, nullptr},
       {65535, nullptr},
   };
   for (const Case& c : cases) {
@@ -56,15 +53,10 @@ TEST(PlatformInitTest, LastUninitializeUnloadsModulesAndRemovesEveryClass) {
 
   // A module that needs the database classes refuses to start without them.
   rxFixtureClearEvents();
-  OdResult code = eOk;
-  std::string message;
-  try {
-    odrxDynamicLinker()->loadModule(OdString::fromUtf8(good));
-  } catch (const OdError& err) {
-    code = err.code();
-    message = err.description().toUtf8();
-  }
-  EXPECT_EQ(255, static_cast<int>(code));
+  const Outcome refused =
+      outcomeOf([&] { odrxDynamicLinker()->loadModule(OdString::fromUtf8(good)); });
+  const std::string message = refused.message.toUtf8();
+  EXPECT_EQ(255, static_cast<int>(refused.code));
   EXPECT_NE(std::string::npos, message.find("RxFixtureGood.tx")) << message;
   EXPECT_EQ("create;init;destroy;", rxFixtureEvents());
 

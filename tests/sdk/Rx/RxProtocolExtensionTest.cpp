@@ -2,7 +2,7 @@
 #include "RxObject.h"
 #include "RxObjectImpl.h"
 
-#include <gtest/gtest.h>
+#include "sdk/SdkTestSupport.h"
 
 namespace rx_protocol_extension_test {
 
@@ -51,9 +51,6 @@ OdRxObjectPtr RxPeDog::pseudoConstructor() {
 
 typedef OdSmartPtr<RxPeProtocol> ProtocolPtr;
 
-/// A process-wide extension, as modules keep them.
-OdStaticRxObject<RxPeProtocol> g_onRoot(7);
-
 class RxProtocolExtensionTest : public ::testing::Test {
 protected:
   void SetUp() override {
@@ -101,12 +98,7 @@ TEST_F(RxProtocolExtensionTest, AddXReplacesAndReturnsThePrevious) {
   EXPECT_TRUE(animal->getX(RxPeProtocol::desc()).isNull());
   EXPECT_EQ(0u, animal->extensionClasses().size());
 
-  try {
-    animal->addX(nullptr, first);
-    ADD_FAILURE() << "attached without a protocol";
-  } catch (const OdError& err) {
-    EXPECT_EQ(eInvalidInput, err.code());
-  }
+  EXPECT_EQ(eInvalidInput, resultOf([&] { animal->addX(nullptr, first); })) << "no protocol";
 }
 
 TEST_F(RxProtocolExtensionTest, GetXLooksUpTheParentChainAndOwnExtensionsShadow) {
