@@ -516,8 +516,16 @@ TEST_P(ClassContract, PropertyPageKeepsTheHostContract) {
       if (number && attribute.editorKind == 0)
         for (const char16_t* text : {u"abc", u"nan", u"inf", u"-inf", u""})
           refused.push_back(OdVariant(OdString(text)));
-      if (shown == OdVariant::kString)
+      if (shown == OdVariant::kString) {
         refused = {OdVariant(1.5), OdVariant(true), OdVariant(OdInt32(3))};
+        // A row that shows a number as text takes only numbers.
+        const std::string text = attribute.value.getString().toUtf8();
+        char* end = nullptr;
+        const double parsed = std::strtod(text.c_str(), &end);
+        if (!text.empty() && *end == '\0' && std::isfinite(parsed))
+          for (const char16_t* other : {u"abc", u"nan", u"inf", u""})
+            refused.push_back(OdVariant(OdString(other)));
+      }
       if (!attribute.editable)
         refused.push_back(OdVariant(OdString(u"1")));
       for (const OdVariant& value : refused) {
