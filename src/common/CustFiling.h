@@ -21,8 +21,12 @@ const OdResult kRefusedVersion = eNotImplementedYet;
 /// measured or transformed from it.
 const OdResult kDamagedStream = eDwgObjectImproperlyRead;
 
-inline bool isFiniteValue(double value) { return std::isfinite(value); }
-inline bool isFiniteValue(const OdGePoint3d& point) { return odgeIsFinite(point); }
+inline bool isFiniteValue(double value) {
+  return std::isfinite(value);
+}
+inline bool isFiniteValue(const OdGePoint3d& point) {
+  return odgeIsFinite(point);
+}
 
 /// Whether every value read is finite; readers refuse the stream with kDamagedStream if not.
 template <class... Values> bool allFinite(const Values&... values) {

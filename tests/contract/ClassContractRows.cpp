@@ -109,8 +109,12 @@ OdDbObjectPtr newDimCoor(OdDbDatabase* db) {
   return dim;
 }
 
-OdDbObjectPtr line(OdDbDatabase* db) { return typical<OdDbLine>(db); }
-OdDbObjectPtr point(OdDbDatabase* db) { return typical<OdDbPoint>(db); }
+OdDbObjectPtr line(OdDbDatabase* db) {
+  return typical<OdDbLine>(db);
+}
+OdDbObjectPtr point(OdDbDatabase* db) {
+  return typical<OdDbPoint>(db);
+}
 /// The standard polyline is what the polyline-shaped rows are not: open, straight, with widths
 /// of each vertex, in a tilted plane, with a thickness. Between them every optional part of
 /// the record is filed.
@@ -193,14 +197,20 @@ constexpr unsigned kPlain = kDxfRefused;
 constexpr unsigned kPlainShape = kDxfRefused | kGeometry | kExplodes;
 
 #define PLAIN(Class, Base)                                                                         \
-  Row { #Class, &typical<Class>, &baseOf<Base>, Version::Int16, 2, kPlain, Transform::Exact,      \
-        Transform::Exact }
+  Row {                                                                                            \
+#Class, &typical < Class>, &baseOf < Base>, Version::Int16, 2, kPlain, Transform::Exact,       \
+        Transform::Exact                                                                           \
+  }
 #define PLAIN_POLYLINE(Class, Base)                                                                \
-  Row { #Class, &typical<Class>, &baseOf<Base>, Version::Int16, 2, kPlainShape, Transform::Exact, \
-        Transform::Accepted }
+  Row {                                                                                            \
+#Class, &typical < Class>, &baseOf < Base>, Version::Int16, 2, kPlainShape, Transform::Exact,  \
+        Transform::Accepted                                                                        \
+  }
 #define PLAIN_POINT(Class, Base)                                                                   \
-  Row { #Class, &typical<Class>, &baseOf<Base>, Version::Int16, 2, kDxfRefused | kGeometry,         \
-        Transform::Exact, Transform::Exact }
+  Row {                                                                                            \
+#Class, &typical < Class>, &baseOf < Base>, Version::Int16, 2, kDxfRefused | kGeometry,        \
+        Transform::Exact, Transform::Exact                                                         \
+  }
 
 } // namespace
 
@@ -216,7 +226,8 @@ const std::vector<Row>& rows() {
       PLAIN(OdDbDimCircle, OdDbCustomDimensionBase),
       PLAIN(OdDbCustomFrame, OdDbEntity),
       {"OdDbDimCoor", &dimCoor, &baseOf<OdDbEntity>, Version::Double, 4.0,
-       kDxfRefused | kGeometry | kExplodes | kOwnPieceColours, Transform::Accepted, Transform::Accepted},
+       kDxfRefused | kGeometry | kExplodes | kOwnPieceColours, Transform::Accepted,
+       Transform::Accepted},
       {"OdDbGeoRect", &rect, &baseOf<OdDbEntity>, Version::Int16, 2,
        kDxfRefused | kGeometry | kExplodes | kFlat, Transform::Exact, Transform::Accepted},
       {"OdDbGeoTriangle", &triangle, &baseOf<OdDbEntity>, Version::Int16, 2,
@@ -236,7 +247,8 @@ const std::vector<Row>& rows() {
       PLAIN_POINT(OdDbDivPointNew, OdDbPoint),
       PLAIN_POINT(OdDbDivPoint, OdDbPoint),
       {"OdDbNewDimCoor", &newDimCoor, &baseOf<OdDbEntity>, Version::Double, 2.0,
-       kDxfRefused | kGeometry | kExplodes | kOwnPieceColours | kExtentsBeyondDrawing, Transform::Accepted, Transform::Accepted},
+       kDxfRefused | kGeometry | kExplodes | kOwnPieceColours | kExtentsBeyondDrawing,
+       Transform::Accepted, Transform::Accepted},
       PLAIN(OdDbNewDimText, OdDbCustomDimensionBase),
       PLAIN(OdDbSymmetryAxis, OdDbCustomDimensionBase),
       {"KVDbSignEntity", &typical<KVDbSignEntity>, &baseOf<OdDbEntity>, Version::Int16, 2, 0,
@@ -276,14 +288,12 @@ const std::vector<Row>& rows() {
       PLAIN(OdDb3dArrow, OdDbCustomDimensionBase),
 
       // The platform's standard entities that the module builds on, draws with or explodes into.
-      {"OdDbLine", &line, nullptr, Version::None, 0, kGeometry, Transform::Exact,
-       Transform::Exact},
+      {"OdDbLine", &line, nullptr, Version::None, 0, kGeometry, Transform::Exact, Transform::Exact},
       {"OdDbPoint", &point, nullptr, Version::None, 0, kGeometry, Transform::Exact,
        Transform::Exact},
       {"OdDbPolyline", &polyline, nullptr, Version::None, 0, kGeometry | kExplodes,
        Transform::Exact, Transform::Accepted},
-      {"OdDbArc", &arc, nullptr, Version::None, 0, kGeometry, Transform::Exact,
-       Transform::Refused},
+      {"OdDbArc", &arc, nullptr, Version::None, 0, kGeometry, Transform::Exact, Transform::Refused},
       {"OdDbHatch", &hatch, nullptr, Version::None, 0, kGeometry | kExplodes, Transform::Exact,
        Transform::Refused},
       {"OdDbText", &text, nullptr, Version::None, 0, kGeometry, Transform::Accepted,
@@ -302,8 +312,12 @@ const std::vector<std::string>& moduleClassNames() {
   return names;
 }
 
-std::string rowName(const Row& row) { return row.className; }
+std::string rowName(const Row& row) {
+  return row.className;
+}
 
-void PrintTo(const Row& row, std::ostream* out) { *out << row.className; }
+void PrintTo(const Row& row, std::ostream* out) {
+  *out << row.className;
+}
 
 } // namespace contract

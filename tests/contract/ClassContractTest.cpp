@@ -68,8 +68,8 @@ std::string difference(const Streams& a, const Streams& b) {
 }
 
 Streams streamsOf(const Filer& filer) {
-  return {filer.dataBuffer(),    filer.stringBuffer(),  filer.handleBuffer(),
-          filer.dataBitSize(),   filer.stringBitSize(), filer.handleBitSize()};
+  return {filer.dataBuffer(),  filer.stringBuffer(),  filer.handleBuffer(),
+          filer.dataBitSize(), filer.stringBitSize(), filer.handleBitSize()};
 }
 
 Streams fileOut(const OdDbObject* object, OdDbDatabase* db,
@@ -126,8 +126,9 @@ OdGeExtents3d transformedBox(const OdGeExtents3d& box, const OdGeMatrix3d& xform
   const OdGePoint3d& lo = box.minPoint();
   const OdGePoint3d& hi = box.maxPoint();
   for (int corner = 0; corner < 8; ++corner)
-    result.addPoint(OdGePoint3d(corner & 1 ? hi.x : lo.x, corner & 2 ? hi.y : lo.y,
-                                corner & 4 ? hi.z : lo.z) .transformBy(xform));
+    result.addPoint(
+        OdGePoint3d(corner & 1 ? hi.x : lo.x, corner & 2 ? hi.y : lo.y, corner & 4 ? hi.z : lo.z)
+            .transformBy(xform));
   return result;
 }
 
@@ -231,8 +232,8 @@ TEST_P(ClassContract, NonNumbersInAStreamAreRefused) {
   SpoilingFiler counter(-1, 0.0);
   counter.openForWrite(db);
   object->dwgOutFields(&counter);
-  for (double bad : {std::numeric_limits<double>::quiet_NaN(),
-                     -std::numeric_limits<double>::infinity()}) {
+  for (double bad :
+       {std::numeric_limits<double>::quiet_NaN(), -std::numeric_limits<double>::infinity()}) {
     for (int spoiled = 0; spoiled < counter.written(); ++spoiled) {
       SpoilingFiler writer(spoiled, bad);
       writer.openForWrite(db);
@@ -312,8 +313,8 @@ TEST_P(ClassContract, DrawingOfOneObjectSavesLoadsAndSavesTheSameBytes) {
   ASSERT_EQ(odDbWriteDxf(loaded, OdString(second.c_str()), &error), eOk) << error.toUtf8();
   EXPECT_EQ(fileBytes(first), fileBytes(second));
   // The object came back live, as its own class.
-  OdDbObjectPtr back = loaded->getOdDbObjectId(object->objectId().getHandle())
-                           .safeOpenObject(OdDb::kForRead);
+  OdDbObjectPtr back =
+      loaded->getOdDbObjectId(object->objectId().getHandle()).safeOpenObject(OdDb::kForRead);
   EXPECT_EQ(back->isA(), object->isA());
   if (back->isA()->isDerivedFrom(OdDbEntity::desc())) {
     EXPECT_EQ(back->ownerId(), loaded->getModelSpaceId());
@@ -358,8 +359,7 @@ TEST_P(ClassContract, TranslationMovesTheExtentsByTheVector) {
   if (has(kFlat))
     expected = OdGeExtents3d(OdGePoint3d(expected.minPoint().x, expected.minPoint().y, 0),
                              OdGePoint3d(expected.maxPoint().x, expected.maxPoint().y, 0));
-  EXPECT_TRUE(sameBox(after, expected))
-      << boxText(before) << " moved to " << boxText(after);
+  EXPECT_TRUE(sameBox(after, expected)) << boxText(before) << " moved to " << boxText(after);
 }
 
 TEST_P(ClassContract, MirrorAndNonUniformScaleFollowTheClassRule) {
@@ -417,8 +417,8 @@ TEST_P(ClassContract, ExplodeGivesStandardEntitiesWithTheEntityProperties) {
     OdDbEntityPtr piece = OdDbEntity::cast(item);
     ASSERT_FALSE(piece.isNull());
     for (const OdRxClass* cls = piece->isA(); cls; cls = cls->myParent())
-      EXPECT_EQ(module.count(cls->name().toUtf8()), 0u) << "a piece of module class "
-                                                        << piece->isA()->name().toUtf8();
+      EXPECT_EQ(module.count(cls->name().toUtf8()), 0u)
+          << "a piece of module class " << piece->isA()->name().toUtf8();
     if (!has(kOwnPieceColours)) {
       EXPECT_EQ(piece->colorIndex(), shape->colorIndex());
     }
@@ -511,8 +511,8 @@ TEST_P(ClassContract, PropertyPageKeepsTheHostContract) {
       // another kind for any row; and for a number, a text that is no finite number.
       std::vector<OdVariant> refused = {OdVariant(nan), OdVariant(inf), OdVariant(true)};
       const OdVariant::Type shown = attribute.value.type();
-      const bool number = shown == OdVariant::kDouble || shown == OdVariant::kInt32 ||
-                          shown == OdVariant::kInt16;
+      const bool number =
+          shown == OdVariant::kDouble || shown == OdVariant::kInt32 || shown == OdVariant::kInt16;
       if (number && attribute.editorKind == 0)
         for (const char16_t* text : {u"abc", u"nan", u"inf", u"-inf", u""})
           refused.push_back(OdVariant(OdString(text)));

@@ -59,8 +59,8 @@ TEST_F(ProfileTest, ValueMustBeAWholeIntegerInItsSectionAndKey) {
     writeFile("[options]\ndimAccurity=" + std::string(read[i]) + "\n");
     EXPECT_EQ(values[i], accuracy()) << read[i];
   }
-  const char* const refused[] = {"3x",          "x3",  "1.5",  "", "+", "2147483648",
-                                 "-2147483649", "3 4", "0x10", "３"};
+  const char* const refused[] = {"3x",         "x3",          "1.5", "",     "+",
+                                 "2147483648", "-2147483649", "3 4", "0x10", "３"};
   for (const char* value : refused) {
     writeFile("[options]\ndimAccurity=" + std::string(value) + "\n");
     EXPECT_EQ(-99, accuracy()) << value;

@@ -22,10 +22,10 @@ namespace fs = std::filesystem;
 namespace {
 
 TEST(GlobalSharedTest, RemoveZeroTrimsFixedDecimals) {
-  const char* const texts[] = {"1.500000", "100", "-0.250", "0.000", ".500", "3.", "",
-                               "1.50e+3", "1.5.0", " 1.50", "."};
-  const char* const trimmed[] = {"1.5", "100", "-0.25", "0", ".5", "3", "",
-                                 "1.50e+3", "1.5.0", " 1.50", "."};
+  const char* const texts[] = {"1.500000", "100",     "-0.250", "0.000", ".500", "3.",
+                               "",         "1.50e+3", "1.5.0",  " 1.50", "."};
+  const char* const trimmed[] = {"1.5", "100",     "-0.25", "0",     ".5", "3",
+                                 "",    "1.50e+3", "1.5.0", " 1.50", "."};
   for (std::size_t i = 0; i < sizeof texts / sizeof texts[0]; ++i)
     EXPECT_EQ(std::string(trimmed[i]), GlobalShared::CStringRemoveZero(OdString(texts[i])).toUtf8())
         << texts[i];
@@ -132,8 +132,10 @@ TEST_F(TemplateStylesTest, ShippedTemplateHasTheHostFacesAndTheDrawingsOwnRecord
     const char16_t* bigFont; // SHX styles
     const char16_t* typeface;
   } const cases[] = {
-      {u"HZTXT", u"HZTXT", u"hztxt.shx", u""}, {u"tssdeng", u"HZTXT", u"hztxt.shx", u""},
-      {u"宋体", u"SONGTI", u"", u"宋体"},        {u"arial", u"ARIAL", u"", u"Arial"},
+      {u"HZTXT", u"HZTXT", u"hztxt.shx", u""},
+      {u"tssdeng", u"HZTXT", u"hztxt.shx", u""},
+      {u"宋体", u"SONGTI", u"", u"宋体"},
+      {u"arial", u"ARIAL", u"", u"Arial"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(OdString(c.face).toUtf8());

@@ -97,7 +97,7 @@ TEST(TextGlyphs, InkFillsTheMetricBoxAndStaysInIt) {
   };
   // The chosen font lacking ideographs (DejaVu Sans) takes them from the CJK fallback.
   const Case cases[] = {
-      {"\xE5\x9D\x90\xE6\xA0\x87", 1.0, "WenQuanYi Micro Hei"}, // 坐标
+      {"\xE5\x9D\x90\xE6\xA0\x87", 1.0, "WenQuanYi Micro Hei"},   // 坐标
       {"X=\xE5\x9D\x90\xE6\xA0\x87", 1.5, "WenQuanYi Micro Hei"}, // X=坐标, stretched
       {"\xE5\x9D\x90\xE6\xA0\x87", 1.0, "DejaVu Sans"},
       {"WiW", 0.5, "DejaVu Sans"},

@@ -1,4 +1,5 @@
 #include "Gi/GiExtentsCollector.h"
+#include "Gi/GiFixedViewport.h"
 
 #include "sdk/SdkTestSupport.h"
 
@@ -125,4 +126,14 @@ TEST(GiExtentsCollector, TiltedAndTransformedArcs) {
     collector.circularArc(OdGePoint3d(0, 0, 0), 1, kZ, OdGeVector3d(1, 0, 0), OdaPI);
     expectBox(collector.extents(), OdGePoint3d(-2, 0, 0), OdGePoint3d(2, 1, 0));
   }
+}
+
+// A view needs a direction; without one the view stays as it was.
+TEST(GiFixedViewport, AViewWithoutDirectionIsRefused) {
+  OdGiFixedViewport viewport(nullptr);
+  ASSERT_TRUE(viewport.setView(OdGePoint3d(1, 2, 3), OdGeVector3d(0, 0, 2), OdGeVector3d::kYAxis));
+  EXPECT_FALSE(
+      viewport.setView(OdGePoint3d(5, 5, 5), OdGeVector3d::kIdentity, OdGeVector3d::kYAxis));
+  EXPECT_EQ(viewport.getCameraTarget(), OdGePoint3d(1, 2, 3));
+  EXPECT_EQ(viewport.viewDir(), OdGeVector3d::kZAxis);
 }
