@@ -1,5 +1,7 @@
 #include "DbDwgStreamFiler.h"
 
+#include "DbDatabase.h"
+
 #include "Ge/GePoint3d.h"
 #include "Ge/GeScale3d.h"
 #include "Ge/GeVector2d.h"
@@ -138,6 +140,23 @@ TEST(DwgStreamFilerTest, EachReferenceKindWritesItsCode) {
     ASSERT_GE(filer.handleBuffer().size(), 1u);
     EXPECT_EQ(filer.handleBuffer()[0], c.head);
   }
+}
+
+// A reference to an object the drawing has not read yet gets an id for its handle, which the
+// object takes when it arrives.
+TEST(DwgStreamFilerTest, ReferencesAheadOfTheirObjectsGetIds) {
+  OdDbDatabasePtr written = OdDbDatabase::createObject();
+  DwgFiler out;
+  out.openForWrite();
+  out.wrHardPointerId(written->getOdDbObjectId(OdDbHandle(0x7A31), true));
+  OdDbDatabasePtr db = OdDbDatabase::createObject();
+  DwgFiler in;
+  in.openForRead(out.dataBuffer(), out.dataBitSize(), out.stringBuffer(), out.stringBitSize(),
+                 out.handleBuffer(), out.handleBitSize(), db);
+  const OdDbObjectId id = in.rdHardPointerId();
+  ASSERT_FALSE(id.isNull());
+  EXPECT_EQ(id.getHandle(), OdDbHandle(0x7A31));
+  EXPECT_EQ(db->getOdDbObjectId(OdDbHandle(0x7A31)), id);
 }
 
 // ---------------------------------------------------------------------------------------------

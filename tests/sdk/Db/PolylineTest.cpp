@@ -127,6 +127,9 @@ TEST(PolylineTest, WidthsAreDrawnAsFilledPolygons) {
   // Constant width: one quadrilateral per segment, half the width either side.
   OdDbPolylinePtr bent = makePolyline({{0, 0, 0}, {4, 0, 0}, {4, 3, 0}});
   bent->setConstantWidth(1.0);
+  double width = 0.0;
+  ASSERT_EQ(eOk, bent->getConstantWidth(width));
+  EXPECT_EQ(1.0, width);
   EXPECT_TRUE(bent->worldDraw(&recorder));
   ASSERT_EQ(2u, recorder.records().size());
   EXPECT_EQ(2u, recorder.count(OdGiRecord::kPolygon));

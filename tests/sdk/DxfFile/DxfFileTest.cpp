@@ -206,6 +206,7 @@ TEST_F(DxfFileTest, TablesAndGroupsComeBackFieldByField) {
     OdDbTextStyleTableRecordPtr style = OdDbTextStyleTableRecord::createObject();
     style->setName(bold ? OD_T("Bold") : OD_T("Italic"));
     style->setFont(OD_T("SimSun"), bold, !bold, 134, bold ? 2 : 49);
+    style->setIsVertical(bold);
     styles->add(style);
   }
   OdDbDictionaryPtr groups = db->getGroupDictionaryId().safeOpenObject(OdDb::kForWrite);
@@ -238,6 +239,7 @@ TEST_F(DxfFileTest, TablesAndGroupsComeBackFieldByField) {
     EXPECT_EQ(isItalic, !bold);
     EXPECT_EQ(charset, 134);
     EXPECT_EQ(pitchAndFamily, bold ? 2 : 49);
+    EXPECT_EQ(style->isVertical(), bold);
   }
   OdDbDictionaryPtr readGroups = read->getGroupDictionaryId().safeOpenObject();
   for (bool selectable : {false, true}) {
