@@ -131,6 +131,13 @@ TEST(Text, TransformScalesRotatesAndKeepsMirroredTextReadable) {
     expectPoint(expected.minPoint(), after.minPoint());
     expectPoint(expected.maxPoint(), after.maxPoint());
   }
+  // Stretched unevenly, the height follows the axis across the baseline and the thickness the
+  // axis along the normal.
+  OdDbTextPtr text = makeText(OD_T("ab"), OdDb::kTextLeft, OdDb::kTextBase, {}, {});
+  text->setThickness(1.0);
+  ASSERT_EQ(eOk, text->transformBy(OdGeMatrix3d::scaling(OdGeScale3d(2, 3, 4))));
+  EXPECT_NEAR(6.0, text->height(), 1e-12);
+  EXPECT_NEAR(4.0, text->thickness(), 1e-12);
 }
 
 } // namespace
